@@ -1,0 +1,20 @@
+# Every library behind the platform interfaces; docs/decisions says why each one is here.
+
+find_package(Threads REQUIRED)
+find_package(OpenSSL 3 REQUIRED)
+find_package(ZLIB REQUIRED)
+find_package(CURL REQUIRED)
+find_package(SQLite3 REQUIRED)
+find_package(nlohmann_json 3.11 REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(STROPHE REQUIRED IMPORTED_TARGET libstrophe)
+pkg_check_modules(MNL REQUIRED IMPORTED_TARGET libmnl)
+pkg_check_modules(PUGIXML REQUIRED IMPORTED_TARGET pugixml)
+pkg_check_modules(PIXBUF REQUIRED IMPORTED_TARGET gdk-pixbuf-2.0)
+pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-2.0)
+find_path(ASIO_INCLUDE_DIR asio.hpp REQUIRED)
+
+add_library(supportsdk_asio INTERFACE)
+target_include_directories(supportsdk_asio SYSTEM INTERFACE ${ASIO_INCLUDE_DIR})
+target_compile_definitions(supportsdk_asio INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED)
+target_link_libraries(supportsdk_asio INTERFACE Threads::Threads)

@@ -1,0 +1,28 @@
+# supportsdk_test(NAME SOURCES... [LINK LIBRARIES...] [LABELS ...] [TIMEOUT SECONDS])
+#
+# One test program with GoogleTest's main. It sees inside the library: it links the archive of all subsystems,
+# or just what LINK names. Labels: unit (default; runs under asan too), threaded (under tsan too), e2e.
+
+find_package(GTest REQUIRED)
+
+function(supportsdk_test name)
+    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
+    if(NOT ARG_LINK)
+        set(ARG_LINK supportsdk_archive)
+    endif()
+    if(NOT ARG_LABELS)
+        set(ARG_LABELS unit)
+    endif()
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 60)
+    endif()
+    add_executable(${name} ${ARG_SOURCES})
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
+    target_link_libraries(${name} PRIVATE ${ARG_LINK} GTest::gmock_main)
+    target_compile_definitions(${name} PRIVATE
+        SUPPORTSDK_SOURCE_DIR="${PROJECT_SOURCE_DIR}" SUPPORTSDK_BINARY_DIR="${PROJECT_BINARY_DIR}")
+    target_precompile_headers(${name} PRIVATE
+        ${PROJECT_SOURCE_DIR}/cmake/Precompiled.h <gtest/gtest.h> <gmock/gmock.h>)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT ${ARG_TIMEOUT})
+endfunction()

@@ -1,0 +1,46 @@
+# Language level, warnings, sanitizers, ccache: the same for every target of the project.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+                    -Wconversion -Wno-sign-conversion -Werror)
+add_compile_definitions(_FILE_OFFSET_BITS=64)
+
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Debug information of the standard library's templates dominates link time on two cores.
+    add_compile_options($<$<CONFIG:Debug>:-g1>)
+endif()
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    add_compile_options(-Wthread-safety)
+endif()
+
+if(SUPPORTSDK_SANITIZE)
+    add_compile_options(-fsanitize=${SUPPORTSDK_SANITIZE} -fno-omit-frame-pointer
+                        -fno-sanitize-recover=all -O1)
+    add_link_options(-fsanitize=${SUPPORTSDK_SANITIZE})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND SUPPORTSDK_SANITIZE STREQUAL "thread")
+        add_compile_options(-Wno-tsan)
+    endif()
+endif()
+if(SUPPORTSDK_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
+add_link_options(-fuse-ld=lld)
+
+find_program(SUPPORTSDK_CCACHE ccache)
+if(SUPPORTSDK_CCACHE)
+    # Precompiled headers need the relaxed checks; the base folder lets two checkouts share results.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env
+        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+        CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${SUPPORTSDK_CCACHE})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        add_compile_options(-fpch-preprocess)
+    endif()
+endif()

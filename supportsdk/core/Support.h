@@ -1,0 +1,249 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "supportsdk/core/Identity.h"
+#include "supportsdk/core/Settings.h"
+#include "supportsdk/core/SupportDelegate.h"
+#include "supportsdk/platform/Export.h"
+#include "supportsdk/platform/Platform.h"
+
+namespace supportsdk {
+
+class Appearance;
+class Configuration;
+class QDIssue;
+class QuorrandChat;
+
+/// Name and identifier under which the kit knows itself.
+inline constexpr std::string_view SUPPORT_SDK_NAME = "SupportSDK";
+inline constexpr std::string_view FRAMEWORK_BUNDLE_ID = "com.goquorrand.supportsdk";
+
+/// The response dictionary: on success the decoded JSON object with "status" set to the HTTP
+/// status; on failure the response's header fields with "status" (0 without a response) and
+/// "message". Always an object.
+using RestCallback = std::function<void(const Json& response)>;
+
+/// The facade: one for each configured button. It holds configuration, theme, identity and the
+/// switches of the settings, and makes every REST call. Main thread only.
+///
+/// The operations of a subsystem are declared here and defined in that subsystem's folder.
+class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
+ public:
+    /// Creates the facade and starts the retrieval of the settings, which ends in the delegate. A
+    /// developer's configuration stored on this device wins over `dictionary`. Blocks while the
+    /// button's image is loaded, when the configuration names one. `delegate` may be empty.
+    static std::shared_ptr<Support> create(const Json& dictionary,
+                                           std::weak_ptr<SupportDelegate> delegate,
+                                           PlatformPtr platform);
+    ~Support();
+    Support(const Support&) = delete;
+    Support& operator=(const Support&) = delete;
+
+    // --- Bootstrap (core/Support.cpp) ---
+
+    /// The JSON of a file of the host's main bundle: "name" or "name.type", where no type means
+    /// json. Null when the bundle has no identifier, or the file is missing or does not parse.
+    static std::optional<Json> jsonFromFile(const Platform& platform, const std::string& fileName);
+
+    /// Puts a configuration on trial: it stays if its settings can be retrieved, else the former
+    /// one comes back. Null does nothing.
+    void reloadWithJSON(const std::optional<Json>& dictionary);
+    void configureWithJSON(const std::optional<Json>& dictionary);
+    /// Forgets a developer's configuration and goes back to the host's.
+    void restoreDefaultConfiguration();
+
+    /// Whether the API host is exactly the production host of the deployment.
+    [[nodiscard]] bool isProduction() const;
+    [[nodiscard]] std::optional<std::string> getHost() const;
+    [[nodiscard]] ImagePtr getButtonImage() const;
+    /// The configuration's integration; "" counts as present.
+    [[nodiscard]] std::optional<std::string> providerId() const;
+    [[nodiscard]] bool hasProviderId() const;
+    /// What the service is told about this kit, system and integration.
+    [[nodiscard]] std::string clientAppIdentifier() const;
+
+    /// Stores the host application's version and build, in the keys of the kit's too.
+    static void saveVersionInformation(const Platform& platform);
+    /// Whether the host application's version or build differs from those of the latest start; true
+    /// at the very first.
+    static bool isNewAppVersion(const Platform& platform);
+    /// True when the kit's version and build equal the stored ones: the reverse of the name.
+    static bool isNewSDKVersion(const Platform& platform);
+    /// The usage descriptions that the host's main bundle lacks; empty when all are there.
+    [[nodiscard]] std::vector<std::string> validateInfoPlistKeys() const;
+
+    /// The screen on top of the application; null without a root controller.
+    static std::shared_ptr<ScreenController> topViewController(const Platform& platform);
+    static std::shared_ptr<ScreenController> topViewController(
+        std::shared_ptr<ScreenController> controller);
+
+    static std::optional<std::string> stringFromDictionary(const Json& dictionary,
+                                                           std::string_view key);
+    static std::optional<double> numberFromDictionary(const Json& dictionary, std::string_view key);
+
+    [[nodiscard]] bool isProactiveEnabled() const { return features.supportProactiveEnabled; }
+
+    // --- REST transport (core/SupportRest.cpp) ---
+
+    /// GET `endpoint` + `uri` at the configured host; without an endpoint `uri` is the whole
+    /// address. `parameters` (object or null) become the query. `completion` runs exactly once, on
+    /// the main thread, never inside the call, and also when this object is gone by then.
+    void executeGet(const std::string& uri, const std::optional<std::string>& endpoint,
+                    const Json& parameters, RestCallback completion);
+    /// POST with `parameters` as the JSON body.
+    void executePost(const std::string& uri, const std::string& endpoint, const Json& parameters,
+                     RestCallback completion);
+    /// POST of one file part ("file-data", "image", image/jpeg) with `parameters` as form fields
+    /// (RFC 7578).
+    void executePost(const std::string& uri, const std::string& endpoint,
+                     std::span<const std::byte> data, const Json& parameters,
+                     RestCallback completion);
+
+    /// The headers of the next request, freshly built; the chat engine gets the same ones.
+    HttpHeaders getHeaders();
+    /// HMAC-SHA-256 of `text` with the key `salt`, in Base64.
+    static std::string hmacSha256(std::string_view text, std::string_view salt);
+    /// hmacSha256() with the configuration's private key.
+    [[nodiscard]] std::string encodeString(std::string_view text) const;
+    /// The present moment, as "2026-01-31T12:00:00+01:00".
+    [[nodiscard]] std::string iso8601Date() const;
+
+    // --- Settings (core/SupportSettings.cpp) ---
+
+    /// Retrieves the settings unless they are in; reports to the delegate.
+    void getSettings();
+    void processSettings(const Json& response);
+    void processV1Settings(const Json& response);
+    void processV2Settings(const Json& advanced);
+    /// Switches the nine channels off, and nothing else.
+    void disableAllComponents();
+
+    /// Opens the credential block of an issue: Base64 of AES ciphertext under the API key. Null
+    /// when it is missing or cannot be opened.
+    [[nodiscard]] std::optional<Json> extractXmppInformation(
+        const std::optional<std::string>& text) const;
+    /// AES-256-CBC with PKCS#7 padding and a zero initialization vector. Not the inverse of the
+    /// next one.
+    static std::optional<Bytes> AES256Encrypt(std::span<const std::byte> data,
+                                              std::string_view key);
+    /// AES-256-ECB without padding; null unless the data is whole blocks.
+    static std::optional<Bytes> AES256Decrypt(std::span<const std::byte> data,
+                                              std::string_view key);
+    /// AES-256-CBC with PKCS#7 padding.
+    static std::optional<Bytes> AES256Decrypt(std::span<const std::byte> data, std::string_view key,
+                                              std::span<const std::byte, 16> iv);
+
+    // --- Identity (core/SupportIdentity.cpp) ---
+
+    /// Takes the settings' default member: keys that are missing clear their field. Null does
+    /// nothing.
+    void setMemberInfo(const std::optional<Json>& dictionary);
+    /// Stores what is known of the identity; never removes anything.
+    void saveMemberInfo();
+    /// Whether member, user and location are set; the JSON null object counts as set.
+    [[nodiscard]] bool isMemberSet() const;
+    /// Resolves the customer with what the host knows of it.
+    void getCustomer(const Json& information, RestCallback success, RestCallback failure);
+    void getCallbackNumber(RestCallback success, RestCallback failure);
+
+    // --- Issues (launcher/SupportIssues.cpp) ---
+
+    /// Both texts may be null. Call only when isMemberSet() holds.
+    void createIssueWithCallbackNumber(const std::optional<std::string>& number,
+                                       const std::optional<std::string>& description,
+                                       RestCallback success, RestCallback failure);
+    void getIssue(const std::string& issueId, RestCallback success, RestCallback failure);
+    void rateIssue(const std::string& issueId, std::int64_t rating,
+                   const std::optional<std::string>& description, RestCallback success,
+                   RestCallback failure);
+    void resolveIssue(const std::string& issueId, RestCallback success, RestCallback failure);
+    void cancelIssue(const std::string& issueId, RestCallback success, RestCallback failure);
+    /// Fetches the issue again; afterwards rateableIssueId is its id when it is finished, else
+    /// null.
+    void refreshIssue(const std::optional<std::string>& issueId);
+    /// The issue stored on this device; sets currentIssueId and xmppdata on the way.
+    std::shared_ptr<QDIssue> loadCurrentIssue();
+    void saveCurrentIssue(const std::shared_ptr<QDIssue>& issue);
+    void clearCurrentIssue();
+
+    // --- History (launcher/SupportHistory.cpp) ---
+
+    /// Does nothing unless history is enabled.
+    void getHistory();
+
+    // --- Chat (chat/SupportChat.cpp) ---
+
+    void chatGet(const std::string& commId, RestCallback success, RestCallback failure);
+    void chatPut(RestCallback success, RestCallback failure);
+    void chatEnter(const std::string& commId, RestCallback success, RestCallback failure);
+    void chatExit(const std::string& commId, const Json& durationStart, const Json& durationAdd,
+                  RestCallback success, RestCallback failure);
+    /// `image` is sent as it is: JPEG data.
+    void chatFilePut(const std::string& commId, std::span<const std::byte> image,
+                     RestCallback success, RestCallback failure);
+
+    // --- Journeys (knowledge/SupportJourneys.cpp) ---
+
+    /// `completion` runs once the answer is in, whatever it was.
+    void getJourneysWithCompletion(std::function<void()> completion);
+
+    /// The two rules by which typed calls choose their callback: strict wants "status" to be 200,
+    /// lenient also takes a response without one.
+    static RestCallback strictly(RestCallback success, RestCallback failure);
+    static RestCallback leniently(RestCallback success, RestCallback failure);
+
+    // --- State ---
+
+    const PlatformPtr platform;
+    std::weak_ptr<SupportDelegate> delegate;
+
+    std::shared_ptr<Configuration> config;
+    std::shared_ptr<Appearance> appearance;
+    /// The process's chat engine; kept alive by every Support.
+    std::shared_ptr<QuorrandChat> chat;
+
+    std::string endpoint = "/sdk/v1";
+    std::optional<std::string> supportSDKName;
+    std::optional<std::string> supportSDKVersion;
+    std::optional<std::string> supportSDKBuild;
+    /// Never assigned; the mDNS record reads them all the same.
+    std::optional<std::string> sdkName;
+    std::optional<std::string> osVersion;
+
+    HttpHeaders headers;
+    std::optional<std::string> downloadSessionToken;
+
+    bool isCloudConfigComplete = false;
+    Features features;
+    Identity identity;
+
+    std::optional<std::string> currentIssueId;
+    std::optional<std::string> rateableIssueId;
+    /// The credential block of the stored issue.
+    std::optional<std::string> xmppdata;
+    /// Journeys as the service sent them; an array once they have arrived.
+    std::optional<Json> journeys;
+
+    // Options of the host, handed on by the button.
+    bool isSideBySideForms = false;
+    bool isUndecorated = false;
+
+ private:
+    Support(std::weak_ptr<SupportDelegate> delegate, PlatformPtr platform);
+
+    void setup();
+    void createAppearance();                                             // theme/SupportTheme.cpp
+    void applyTheme(const ChannelTitles& titles, const Json& settings);  // theme/SupportTheme.cpp
+    void attachChat();                                                   // chat/SupportChat.cpp
+    void shareHeadersWithChat();                                         // chat/SupportChat.cpp
+};
+
+}  // namespace supportsdk
