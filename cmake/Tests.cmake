@@ -5,6 +5,10 @@
 
 find_package(GTest REQUIRED)
 
+# What the sanitizer presets build: the programs of one label.
+add_custom_target(unit_tests)
+add_custom_target(threaded_tests)
+
 function(supportsdk_test name)
     cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
     if(NOT ARG_LINK)
@@ -23,6 +27,11 @@ function(supportsdk_test name)
         SUPPORTSDK_SOURCE_DIR="${PROJECT_SOURCE_DIR}" SUPPORTSDK_BINARY_DIR="${PROJECT_BINARY_DIR}")
     target_precompile_headers(${name} PRIVATE
         ${PROJECT_SOURCE_DIR}/cmake/Precompiled.h <gtest/gtest.h> <gmock/gmock.h>)
+    foreach(label IN ITEMS unit threaded)
+        if(label IN_LIST ARG_LABELS)
+            add_dependencies(${label}_tests ${name})
+        endif()
+    endforeach()
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT ${ARG_TIMEOUT})
 endfunction()
