@@ -229,6 +229,9 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     std::optional<std::string> rateableIssueId;
     /// The credential block of the stored issue.
     std::optional<std::string> xmppdata;
+    /// The issues of the customer's location, as last fetched.
+    std::vector<std::shared_ptr<QDIssue>> historyEntries;
+    bool isHistoryRequested = false;
     /// Journeys as the service sent them; an array once they have arrived.
     std::optional<Json> journeys;
 
