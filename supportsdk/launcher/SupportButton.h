@@ -1,0 +1,189 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "supportsdk/core/Support.h"
+#include "supportsdk/core/SupportDelegate.h"
+#include "supportsdk/launcher/SupportButtonDelegate.h"
+#include "supportsdk/launcher/SupportMenuView.h"
+#include "supportsdk/platform/Export.h"
+#include "supportsdk/platform/Platform.h"
+
+namespace supportsdk {
+
+class ChatViewController;
+struct Notification;
+
+/// The text that shows while an issue is fetched or created.
+inline constexpr const char* kCreatingIssueText = "Starting Chat";
+
+/// The one control that a host application embeds: it takes a configuration and what the host knows
+/// of the customer, and on a tap opens a menu of the channels that the service's settings allow.
+/// Every screen goes to the delegate, and the host decides how to show it.
+///
+/// Main thread only. Dropping the last reference ends everything that is under way, also inside a
+/// delegate callback.
+class SUPPORTSDK_API SupportButton : public SupportDelegate,
+                                     public std::enable_shared_from_this<SupportButton> {
+ public:
+    /// What the button asks of its picture.
+    class View {
+     public:
+        virtual ~View() = default;
+        /// The badge appeared, disappeared or has another text.
+        virtual void badgeDidChange(bool visible, const std::string& text) {
+            (void)visible, (void)text;
+        }
+        /// Another icon; null when the kit has none.
+        virtual void iconDidChange(const ImagePtr& icon) { (void)icon; }
+    };
+
+    /// Never null. Every slot of `platform` must be filled.
+    static std::shared_ptr<SupportButton> create(PlatformPtr platform);
+    ~SupportButton() override;
+    SupportButton(const SupportButton&) = delete;
+    SupportButton& operator=(const SupportButton&) = delete;
+
+    // --- Loading (SupportButton.cpp) ---
+    //
+    // Each starts the retrieval of the settings, which ends in supportButtonDidGetSettings or
+    // supportButtonDidFailToGetSettingsWithError. A customer of JSON null means none.
+
+    /// Reads the file of the host's main bundle. Always false, whatever the outcome: hosts have
+    /// come to rely on the delegate alone.
+    bool loadConfigurationFile(const std::string& fileName, const Json& customerInfo);
+    /// False when `json` is no UTF-8 text; text that does not parse is ignored, and true.
+    bool loadConfigurationJSON(const std::string& json, const Json& customerInfo);
+    /// A customer that does not parse leaves the former one.
+    bool loadConfigurationJSON(const std::string& json, const std::string& customerInfoJSON);
+    bool loadConfigurationJSON(const std::string& json, const char* customerInfoJSON) {
+        return loadConfigurationJSON(json, std::string(customerInfoJSON));
+    }
+
+    void initializeSDKWithJSON(const std::optional<Json>& json);
+    static std::optional<Json> jsonFromData(const std::string& data);
+    /// Applies a theme; returns why it does not parse, nothing on success or before a configuration
+    /// was loaded.
+    std::optional<std::string> configureWithJSON(const std::string& json);
+    /// Makes the next settings count as new.
+    void reset();
+
+    // --- Customer (SupportButtonCustomer.cpp) ---
+
+    /// Resolves the customer that the text describes; one that does not parse resolves the former
+    /// one again.
+    void getCustomerWithJSON(const std::string& json);
+    /// Resolves the customer; nothing happens unless `information` is an object.
+    void getCustomerWithInformation(const Json& information);
+    /// Reports an error unless member, user and location are set on this object.
+    void validateCustomerInformation();
+
+    // --- Menu (SupportButtonMenu.cpp) ---
+
+    /// The user tapped the button.
+    void clicked();
+    void click();
+    void showMenu();
+    void getMenuStyle();
+    void createSupportEntries();
+    void displayPopupMenu();
+    void displayMenuView();
+    void removePreviousMenuIfNecessary();
+    void menuSelectionComplete();
+
+    // --- Actions (SupportButtonActions.cpp) ---
+
+    void actionChat();
+    void actionWeb();
+    void actionEmail();
+    void actionPhone();
+    void actionExit();
+    /// The developer's settings.
+    void actionSettings();
+    [[nodiscard]] bool deviceCanMakePhoneCalls() const;
+    /// Sends a request or an event on the event channel.
+    void sendRequest(const std::string& request);
+
+    // --- Issue flow (SupportButtonIssues.cpp) ---
+
+    void getOrCreateIssue();
+    void checkForActiveIssue(const std::string& issueId);
+    void createIssue();
+    /// An issue of this device alone, for a chat without a network.
+    void createTemporaryIssue();
+    void displayChatWithIssue(const std::shared_ptr<QDIssue>& issue);
+    [[nodiscard]] static bool isVideoUnavailable();
+    /// The device's local time as "2026-01-31T12:00:30.000Z"; the Z is a letter, not a zone.
+    [[nodiscard]] std::string fullDateString() const;
+
+    // --- Notifications (SupportButton.cpp) ---
+
+    void handleNotifications(const Notification& notification);
+    void chatUnreadCountUpdated(const Notification& notification);
+    /// The host moves the button to another place, or takes it away.
+    void willMoveToSuperview();
+
+    void supportDidRetrieveSettings(const Json& response) override;
+    void supportDidFailToRetrieveSettings(const Json& response) override;
+
+    // --- State ---
+
+    // Options of the host.
+    bool showLoginPrompt = false;
+    bool isUndecorated = false;
+    bool isSideBySideForms = false;
+    /// Kept for hosts; nothing consults it.
+    bool useSupportView = false;
+
+    bool isSettingsRetrieved = false;
+    std::weak_ptr<SupportButtonDelegate> delegate;
+    std::weak_ptr<View> view;
+    /// 0 and 1 popup, 2 buttons, 3 icon list, 4 icon list with an exit entry.
+    int menuStyle = 0;
+    /// Null before a configuration was loaded; another one with each.
+    std::shared_ptr<Support> support;
+    /// Null, or what the host said of the customer.
+    std::optional<Json> customerInfo;
+    std::shared_ptr<SupportMenuView> supportMenuView;
+    std::shared_ptr<ChatViewController> chatViewController;
+    std::vector<SupportMenuEntry> supportEntries;
+
+    // For the host; only validateCustomerInformation() reads them.
+    std::optional<std::string> memberID;
+    std::optional<std::string> memberUserID;
+    std::optional<std::string> memberLocationID;
+
+    [[nodiscard]] const ImagePtr& icon() const { return icon_; }
+    [[nodiscard]] bool isBadgeVisible() const { return isBadgeVisible_; }
+    [[nodiscard]] const std::string& badgeText() const { return badgeText_; }
+
+ private:
+    explicit SupportButton(PlatformPtr platform);
+
+    void setup();
+    void setIcon(ImagePtr icon);
+    void showBadge(bool visible, const std::string& text);
+    void hideBadge();
+    void tellSettingsAreIn();
+    void displayScreen(std::shared_ptr<ScreenController> screen);
+    void openAddress(const std::string& address, const char* description, const char* reason);
+    void createIssueSucceeded(const Json& response);
+    void createIssueFailed(const Json& response);
+    void activeIssueFetched(const Json& response);
+    [[nodiscard]] Error makeError(const std::string& description,
+                                  const std::optional<std::string>& reason) const;
+    void failWithDescription(const std::string& description,
+                             const std::optional<std::string>& reason);
+
+    const PlatformPtr platform_;
+    std::vector<Registration> observations_;
+    ImagePtr icon_;
+    bool isBadgeVisible_ = false;
+    std::string badgeText_;
+};
+
+}  // namespace supportsdk
