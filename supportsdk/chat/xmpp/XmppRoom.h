@@ -1,0 +1,64 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "supportsdk/platform/Log.h"
+#include "supportsdk/platform/Stanza.h"
+
+namespace supportsdk {
+
+/// One room (XEP-0045) as its occupant sees it, on one stream. Main thread; callbacks run inside
+/// receive().
+class XmppRoom : public std::enable_shared_from_this<XmppRoom> {
+ public:
+    struct Callbacks {
+        /// One's own presence has come (status 110); history and traffic follow.
+        std::function<void()> joined;
+        /// Left on request, removed, or the room is gone.
+        std::function<void()> left;
+        /// A groupchat message of the room or of one of its occupants.
+        std::function<void(const std::shared_ptr<const Stanza>& message)> message;
+        /// The room's configuration form, as an `x` element in "jabber:x:data".
+        std::function<void(const Stanza& form)> configurationForm;
+    };
+    using Send = std::function<void(std::string xml)>;
+
+    /// `send` writes one stanza to the stream.
+    XmppRoom(std::string jid, Send send, std::shared_ptr<Log> log, Callbacks callbacks);
+
+    [[nodiscard]] const std::string& jid() const { return jid_; }
+    [[nodiscard]] bool isJoined() const { return state_ == State::joined; }
+
+    /// Asks to enter (7.2). A refusal is logged with its condition and reported nowhere else.
+    void joinRoomUsingNickname(const std::string& nickname, const std::shared_ptr<Stanza>& history);
+    /// Asks to leave (7.14); Callbacks::left follows with the room's answer.
+    void leaveRoom();
+    /// Addresses `message` to all occupants (7.4), in place, and sends it.
+    void sendMessage(Stanza& message);
+    /// Sends the filled-in form `form` back (10.2).
+    void configureRoomUsingOptions(const Stanza& form);
+
+    /// Takes a stanza of this room; false when it is none, or nothing that a room has to answer.
+    bool receive(const std::shared_ptr<const Stanza>& stanza);
+
+ private:
+    enum class State { outside, joining, joined };
+
+    void receivePresence(const Stanza& presence, const std::string& occupant);
+    void receiveUnavailable(const Stanza& presence, const std::string& occupant);
+    void receiveError(const Stanza& presence);
+    bool receiveIq(const Stanza& iq);
+    [[nodiscard]] std::string occupantJid() const { return jid_ + "/" + nickname_; }
+
+    const std::string jid_;
+    const Send send_;
+    const std::shared_ptr<Log> log_;
+    const Callbacks callbacks_;
+    std::string nickname_;
+    State state_ = State::outside;
+};
+
+}  // namespace supportsdk
