@@ -1,0 +1,187 @@
+#include "service/prosody/ProsodyServer.h"
+
+#include <arpa/inet.h>
+#include <poll.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "tests/support/TemporaryFolder.h"
+
+namespace supportsdk::service {
+namespace {
+
+using std::chrono::milliseconds;
+using test::TemporaryFolder;
+
+bool accepts(std::uint16_t port) {
+    const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const int failed =
+        connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    close(descriptor);
+    return failed == 0;
+}
+
+bool endsWithin(pid_t process, milliseconds limit) {
+    const int descriptor = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
+    if (descriptor < 0) return errno == ESRCH;
+    pollfd entry{descriptor, POLLIN, 0};
+    const bool ended = poll(&entry, 1, static_cast<int>(limit.count())) == 1;
+    close(descriptor);
+    return ended;
+}
+
+TEST(ProsodyServer, RoomsAreSteeredAndTheirTrafficIsRead) {
+    const TemporaryFolder folder;
+    ProsodyServer server({folder.path});
+    ASSERT_TRUE(server.start());
+    auto control = server.control();
+    const auto room = server.room("case-1");
+
+    EXPECT_FALSE(control.say(room, "tess", {"<message/>"})) << "there is no room yet";
+    EXPECT_FALSE(control.occupants(room));
+    ASSERT_TRUE(control.createRoom(room));
+    ASSERT_TRUE(control.createRoom(room)) << "a second time";
+    EXPECT_FALSE(control.say(room, "tess", {"<message><body>a</body></message>", "<broken"}));
+    ASSERT_TRUE(control.say(room, "tess \"T\"",
+                            {"<message id='1'><body>a &lt; b \xC3\xA9</body></message>",
+                             "<message id='2'><body>c</body></message>"}));
+
+    const auto traffic = control.events({}, milliseconds{5000});
+    ASSERT_TRUE(traffic);
+    ASSERT_EQ(traffic->events.size(), 2U) << "nothing of the malformed call was sent";
+    EXPECT_EQ(traffic->events[0].room, room);
+    EXPECT_EQ(traffic->events[0].nick, "tess \"T\"");
+    EXPECT_THAT(traffic->events[0].xml, testing::HasSubstr("a &lt; b \xC3\xA9"));
+    EXPECT_THAT(traffic->events[0].xml, testing::HasSubstr("groupchat"));
+    const auto quiet = control.events(traffic->next, milliseconds{20});
+    ASSERT_TRUE(quiet);
+    EXPECT_TRUE(quiet->events.empty());
+    EXPECT_TRUE(control.occupants(room)->empty());
+    EXPECT_FALSE(control.kick(room, "nobody"));
+    EXPECT_TRUE(control.destroyRoom(room));
+    EXPECT_FALSE(control.occupants(room));
+}
+
+TEST(ProsodyServer, AWaitForEventsEndsWithTheFirstAndHoldsUpNobody) {
+    const TemporaryFolder folder;
+    ProsodyServer server({folder.path});
+    ASSERT_TRUE(server.start());
+    auto control = server.control();
+    ASSERT_TRUE(control.createRoom(server.room("r")));
+    const auto start = control.events({}, milliseconds{0});
+    ASSERT_TRUE(start);
+
+    std::optional<RoomEvents> seen;
+    std::thread reader([&] { seen = server.control().events(start->next, milliseconds{20000}); });
+    EXPECT_TRUE(control.say(server.room("r"), "n", {"<message><body>x</body></message>"}));
+    reader.join();
+    ASSERT_TRUE(seen);
+    EXPECT_EQ(seen->events.size(), 1U);
+}
+
+TEST(ProsodyServer, OnlyTheTokenOpensTheControl) {
+    const TemporaryFolder folder;
+    ProsodyServer server({folder.path});
+    ASSERT_TRUE(server.start());
+    ProsodyControl stranger(server.httpPort(), server.roomsDomain(), "guess");
+    EXPECT_FALSE(stranger.createRoom(server.room("r")));
+}
+
+TEST(ProsodyServer, ComesBackOnTheSamePortsWithItsAccounts) {
+    const TemporaryFolder folder;
+    ProsodyServer server({folder.path});
+    ASSERT_TRUE(server.start());
+    auto control = server.control();
+    ASSERT_TRUE(server.registerAccount("ann", "secret"));
+    const auto port = server.c2sPort();
+    const auto before = control.events({}, milliseconds{0});
+
+    server.kill();
+    EXPECT_FALSE(accepts(port));
+    EXPECT_FALSE(control.createRoom(server.room("r"))) << "fails, and does not hang";
+    ASSERT_TRUE(server.start());
+    EXPECT_EQ(server.c2sPort(), port);
+    EXPECT_TRUE(accepts(port));
+    EXPECT_TRUE(control.createRoom(server.room("r")));
+    const auto after = control.events(before->next, milliseconds{0});
+    ASSERT_TRUE(after);
+    EXPECT_NE(after->next.epoch, before->next.epoch);
+    EXPECT_TRUE(std::filesystem::exists(folder.path / "data"));
+
+    server.stop();
+    EXPECT_FALSE(server.isRunning());
+    EXPECT_FALSE(accepts(port));
+}
+
+TEST(ProsodyServer, APortThatIsTakenIsAFailureNotAStranger) {
+    const TemporaryFolder one;
+    const TemporaryFolder two;
+    ProsodyServer first({one.path});
+    ASSERT_TRUE(first.start());
+    ProsodyOptions options{two.path};
+    options.c2sPort = first.c2sPort();
+    ProsodyServer second(options);
+    EXPECT_FALSE(second.start());
+    EXPECT_FALSE(second.isRunning());
+}
+
+TEST(ProsodyServer, DiesWithAParentThatIsKilled) {
+    const TemporaryFolder folder;
+    int channel[2];
+    ASSERT_EQ(pipe(channel), 0);
+    const pid_t parent = fork();
+    ASSERT_GE(parent, 0);
+    if (parent == 0) {
+        ProsodyServer server({folder.path});
+        const pid_t child = server.start() ? server.processId() : -1;
+        if (write(channel[1], &child, sizeof child) != sizeof child) _exit(1);
+        for (;;) pause();
+    }
+    close(channel[1]);
+    pid_t child = -1;
+    const auto got = read(channel[0], &child, sizeof child);
+    close(channel[0]);
+    ASSERT_EQ(got, static_cast<ssize_t>(sizeof child));
+    ASSERT_GT(child, 0);
+    ASSERT_EQ(::kill(child, 0), 0) << "it runs while its parent does";
+    ::kill(parent, SIGKILL);
+    waitpid(parent, nullptr, 0);
+    EXPECT_TRUE(endsWithin(child, milliseconds{5000}));
+}
+
+TEST(ProsodyServer, OutlivesTheThreadThatStartedIt) {
+    const TemporaryFolder folder;
+    ProsodyServer server({folder.path});
+    bool started = false;
+    std::thread([&] { started = server.start(); }).join();
+    ASSERT_TRUE(started);
+    EXPECT_FALSE(endsWithin(server.processId(), milliseconds{50}));
+}
+
+TEST(ChildProcess, SaysWhatBecameOfIt) {
+    const TemporaryFolder folder;
+    auto quick = ChildProcess::start({{"true"}, folder.path / "out"});
+    ASSERT_TRUE(quick);
+    EXPECT_TRUE(quick->waitForEnd(milliseconds{5000}));
+    auto missing = ChildProcess::start({{"no-such-program-here"}, folder.path / "out"});
+    EXPECT_TRUE(!missing || missing->waitForEnd(milliseconds{5000}));
+}
+
+TEST(CertificateAuthority, RefusesWhatCannotStandInACertificate) {
+    const TemporaryFolder folder;
+    const auto authority = CertificateAuthority::create(folder.path / "new" / "folder");
+    ASSERT_TRUE(authority);
+    EXPECT_TRUE(authority->issue({"good", {"a.test", "b.test"}, {"127.0.0.1", "::1"}}));
+    EXPECT_FALSE(authority->issue({"comma", {"a.test,DNS:evil.test"}, {}}));
+    EXPECT_FALSE(authority->issue({"address", {}, {"not an address"}}));
+    EXPECT_FALSE(authority->issue({"empty", {}, {}}));
+}
+
+}  // namespace
+}  // namespace supportsdk::service
