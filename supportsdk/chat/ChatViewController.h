@@ -1,0 +1,121 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "supportsdk/chat/ChatCompanions.h"
+#include "supportsdk/chat/QDChatViewController.h"
+#include "supportsdk/chat/QDConnectChat.h"
+#include "supportsdk/core/QDIssue.h"
+#include "supportsdk/core/Support.h"
+
+namespace supportsdk {
+
+struct Notification;
+
+/// The chat of one support issue: opens it with the issue's credentials, enters and exits it on the
+/// service, falls back to transcripts, and resolves the issue at the end. Main thread.
+class SUPPORTSDK_API ChatViewController : public QDChatViewController {
+ public:
+    /// Neither may be null. The opener sets `chatRoomTitle` and its other options before
+    /// viewDidLoad().
+    static std::shared_ptr<ChatViewController> create(std::shared_ptr<Support> support,
+                                                      std::shared_ptr<QDIssue> issue);
+
+    [[nodiscard]] std::string_view className() const override { return "ChatViewController"; }
+
+    void viewDidLoad() override;
+    void viewWillAppear() override;
+    void viewDidAppear() override;
+    void viewWillDisappear() override;
+    void viewDidDisappear() override;
+
+    // --- Opening (ChatViewControllerOpening.cpp) ---
+
+    void setChatTitle();
+    /// Takes the decrypted credential block.
+    void setXmppInfo(const Json& information);
+    void setupChat();
+    void chatGet(const std::string& commId);
+    void createChatRecord(const Json& response);
+    void chatEnter(const std::string& commId);
+    void chatExit(const std::string& commId);
+    void chatRefreshEligibleParticipants(QuorrandChat& chat) override;
+
+    // --- Read-only chats (ChatViewControllerTranscripts.cpp) ---
+
+    /// Shows the issue's transcripts of that conversation.
+    void getTranscripts(const std::string& commId);
+
+    // --- Leaving (ChatViewControllerEnding.cpp) ---
+
+    /// "End Chat".
+    void cancel();
+    void resolveIssueIfPossible();
+    void resolveIssue();
+    void cancelIssue();
+    void displayResolveFailureWithMessage(const std::string& message);
+    /// Forgets the issue, leaves the room and the screen.
+    void exitIssue();
+    void exit();
+    /// Leaves the screen; the chat goes on in the background.
+    void backButtonPressed();
+    void done() { backButtonPressed(); }
+    void handleNotifications(const Notification& notification);
+    /// Sends the request that ends in cancel().
+    void testCancel();
+
+    // --- Buttons and taps (ChatViewControllerActions.cpp) ---
+
+    void handleButtonAction(const std::optional<std::string>& action,
+                            const std::optional<std::string>& label,
+                            const std::shared_ptr<QuorrandChatMessage>& message) override;
+    void chatDidTapMessageForMessage(QuorrandChat& chat, const Message& message) override;
+    void chatDidTapAttachmentForMessage(QuorrandChat& chat, const Message& message) override;
+    void handleMessageTapped(const std::shared_ptr<QuorrandChatMessage>& message) override;
+    /// Opens the attachment of a line in a web screen.
+    void showAttachment(const std::shared_ptr<QuorrandChatMessage>& message);
+
+    // --- Calls (ChatViewControllerCalls.cpp) ---
+
+    /// Asks how to join the call of an invitation.
+    void joinVideoChat(const std::string& room);
+    void videoChatGet(const std::string& room);
+    void startVideoChatWithRoom(const std::string& room, const std::string& token);
+    void startAppScreenSharingWithRoom(const std::string& room, const std::string& token);
+    /// Leaves room and token where the screen broadcast finds them.
+    void startDeviceScreenSharingWithRoom(const std::string& room, const std::string& token);
+
+    const std::shared_ptr<Support> support;
+    /// Null once the chat has ended.
+    std::shared_ptr<QDIssue> issue;
+    std::shared_ptr<QDConnectChat> chatRecord;
+    std::optional<std::string> comm_id;
+    bool isVideoUnavailable = false;
+    /// On view.
+    bool showing = false;
+    /// Entered on the service.
+    bool commEntered = false;
+    bool isScreenShare = false;
+    /// Once chosen, it stays chosen for later screen shares from this screen.
+    bool isSharingEntireDevice = false;
+    /// What other subsystems add; without one, what it would do is not done.
+    std::weak_ptr<ChatRating> rating;
+    std::weak_ptr<ChatCalls> calls;
+
+ protected:
+    void handleIssueRefresh() override;
+
+ private:
+    ChatViewController(std::shared_ptr<Support> support, std::shared_ptr<QDIssue> issue);
+
+    void showBarButtons();
+    void chatGetFailed(const std::string& commId);
+    void presentWebPage(const std::string& url, const std::string& backLabel);
+    [[nodiscard]] bool isNewest(const QuorrandChatMessage& message) const;
+
+    Registration requests_;
+};
+
+}  // namespace supportsdk

@@ -1,0 +1,141 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "supportsdk/chat/QDChatMessageEntryView.h"
+#include "supportsdk/chat/QuorrandChat.h"
+#include "supportsdk/chat/QuorrandChatDelegate.h"
+#include "supportsdk/platform/Export.h"
+#include "supportsdk/platform/Platform.h"
+
+namespace supportsdk {
+
+/// A chat's screen: hears the engine, owns the entry bar, and shows the lines of the engine's view
+/// model. The engine holds its delegate weakly, so whoever shows the screen keeps it alive. Main
+/// thread.
+class SUPPORTSDK_API QDChatViewController : public ScreenController,
+                                            public QuorrandChatDelegate,
+                                            public QDChatMessageEntryViewDelegate {
+ public:
+    /// What the screen asks of its picture.
+    class View {
+     public:
+        virtual ~View() = default;
+        /// Lines, groups or the typing indicator have changed: scroll to the newest line.
+        virtual void reloadData() {}
+        /// The entry bar's text or send button has changed.
+        virtual void entryDidChange() {}
+        /// Take the keyboard away.
+        virtual void endEditing() {}
+        /// The pull to refresh is over.
+        virtual void stopRefresh() {}
+    };
+
+    [[nodiscard]] std::string_view className() const override { return "QDChatViewController"; }
+
+    void viewDidLoad() override;
+    void viewWillAppear() override;
+    void viewDidAppear() override;
+    void viewWillDisappear() override;
+
+    void connect();
+    void disconnect();
+    /// Leaves the room.
+    void exitChat();
+    void resetChat();
+    void clear() { reloadData(); }
+    /// Reloads soon.
+    void refresh() { startReloadTimer(); }
+    /// The user pulled the list: asks the room for its history.
+    void refreshLists();
+    void reloadData();
+    void addMessage(const std::shared_ptr<QuorrandChatMessage>& message);
+    /// Shows that an answer is awaited.
+    void addTypingMessage();
+    /// The newest line by arrival; null when there is none.
+    [[nodiscard]] std::shared_ptr<QuorrandChatMessage> lastMessage() const;
+    /// Sends what stands in the entry bar, and empties it.
+    void send();
+    void enableSendButton(bool enabled);
+    /// Adds the alias of a participant to what stands in the entry bar.
+    void addMentionToInput(const std::optional<std::string>& resource);
+
+    /// Many lines that come at once cause one reload.
+    void startReloadTimer();
+    void stopReloadTimer() { reloadTimer_.reset(); }
+
+    /// An alert with the host application's name above `message`.
+    void warn(const std::string& message);
+    void alertWithTitle(const std::string& alertTitle, const std::string& message);
+
+    void chatDidConnect(QuorrandChat& chat, const ChatError& error) override;
+    void chatDidFailToConnect(QuorrandChat& chat, const ChatError& error) override;
+    void chatDidTimeoutConnect(QuorrandChat& chat, const ChatError& error) override;
+    void chatDidNotAuthenticate(QuorrandChat& chat, const XmppStreamEnd& failure) override;
+    void chatDidDisconnect(QuorrandChat& chat, const ChatError& error) override;
+    void chatDidReceiveMessage(QuorrandChat& chat,
+                               const std::shared_ptr<QuorrandChatMessage>& message) override;
+    void chatDidJoinRoom(QuorrandChat& chat, const std::shared_ptr<XmppRoom>& room,
+                         const ChatError& error) override;
+    void chatDidLeaveRoom(QuorrandChat& chat, const std::shared_ptr<XmppRoom>& room,
+                          const ChatError& error) override;
+    void chatDidTimeoutJoinRoom(QuorrandChat& chat, const std::shared_ptr<XmppRoom>& room,
+                                const ChatError& error) override;
+    void chatDidTapAvatarForMessage(QuorrandChat& chat, const Message& message) override;
+    void chatDidTapCallForMessage(QuorrandChat& chat, const Message& message) override;
+
+    virtual void handleMessageTapped(const std::shared_ptr<QuorrandChatMessage>& /*message*/) {}
+
+    void didChangeText(const std::string& text) override;
+    void didSelectSend() override { send(); }
+
+    [[nodiscard]] QuorrandChat& engine() const { return *engine_; }
+
+    std::weak_ptr<View> view;
+    /// No texts about connecting and joining.
+    bool silent = false;
+    /// The title was set by the opener, and joining does not change it.
+    bool titleProvided = false;
+    /// No entry bar, no connection; the lines are transcripts.
+    bool isReadOnly = false;
+    /// Null when the screen was opened read-only.
+    std::shared_ptr<QDChatMessageEntryView> entryView;
+    /// Given by the opener.
+    std::optional<std::string> chatRoomTitle;
+    /// The room's JID.
+    std::optional<std::string> muc;
+    /// This user's key in the room.
+    std::optional<std::string> resource;
+    std::optional<std::string> participantId;
+    std::optional<std::string> nickname;
+    std::optional<std::string> senderId;
+    std::optional<std::string> senderDisplayName;
+    std::chrono::seconds timeoutChatConnect{30};
+
+ protected:
+    explicit QDChatViewController(std::shared_ptr<QuorrandChat> engine);
+
+    /// A line has come: a chance to look after what it may have changed.
+    virtual void handleIssueRefresh() {}
+
+    [[nodiscard]] const Platform& platform() const { return *engine_->platform; }
+    [[nodiscard]] std::string localized(const std::string& english) const;
+    [[nodiscard]] std::string hostName() const;
+    void showStatus(const std::string& english) const;
+    void dismissProgress() const { platform().progress->dismiss(); }
+    /// This screen, for a callback that may outlive it.
+    template <typename Screen>
+    [[nodiscard]] static std::weak_ptr<Screen> weak(Screen* screen) {
+        return std::static_pointer_cast<Screen>(screen->shared_from_this());
+    }
+
+ private:
+    const std::shared_ptr<QuorrandChat> engine_;
+    Registration reloadTimer_;
+    Registration refreshTimer_;
+};
+
+}  // namespace supportsdk

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "supportsdk/chat/QuorrandChatMessage.h"
+#include "supportsdk/platform/Export.h"
+
+namespace supportsdk {
+
+/// The lines of the current chat, and the groups that a list shows them in. The engine owns one,
+/// which outlives screens. Main thread.
+class SUPPORTSDK_API QDChatViewModel {
+ public:
+    using Message = std::shared_ptr<QuorrandChatMessage>;
+    using Group = std::vector<Message>;
+    /// Whether lines of this sender may be shown.
+    using IsParticipant = std::function<bool(const std::optional<std::string>& from)>;
+
+    explicit QDChatViewModel(IsParticipant isParticipant);
+
+    void setRoom(const std::optional<std::string>& room) { commId = room; }
+
+    /// Takes a line, freezes the buttons of the earlier ones and regroups; drops a duplicate, and a
+    /// line whose chat state is other than composing. Takes constant time for a line that is the
+    /// newest by date too.
+    void addMessage(const Message& message);
+    /// Whether a line with the same id is here already.
+    [[nodiscard]] bool isDuplicateMessage(const QuorrandChatMessage& message) const;
+    void clearMessages();
+    /// The newest by arrival, shown or not; null when there is none.
+    [[nodiscard]] Message lastMessage() const;
+    /// Builds the groups anew: needed only when somebody has become a participant, or ceased to be
+    /// one, and no line has come since.
+    void groupMessages();
+
+    /// All lines, in order of arrival. Lines of people who are no participants stay here until they
+    /// may be shown.
+    [[nodiscard]] const std::vector<Message>& messages() const { return messages_; }
+    /// What is shown: lines in order of their date, those of one date in order of arrival, and a
+    /// new group wherever more than 120 seconds lie between two lines.
+    [[nodiscard]] const std::vector<Group>& messageGroups() const { return groups_; }
+
+    /// The conversation.
+    std::optional<std::string> commId;
+
+ private:
+    [[nodiscard]] bool isShown(const QuorrandChatMessage& message);
+    [[nodiscard]] bool sendersAreUnchanged() const;
+    void appendToGroups(const Message& message);
+
+    IsParticipant isParticipant_;
+    std::vector<Message> messages_;
+    std::vector<Group> groups_;
+    std::unordered_set<std::string> ids_;
+    /// What was said of each sender when the groups were built.
+    std::unordered_map<std::string, bool> senders_;
+};
+
+}  // namespace supportsdk

@@ -1,0 +1,154 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "supportsdk/chat/xmpp/ChatState.h"
+#include "supportsdk/platform/Clock.h"
+#include "supportsdk/platform/Export.h"
+#include "supportsdk/platform/Platform.h"
+#include "supportsdk/platform/Stanza.h"
+
+namespace supportsdk {
+
+class QDChatActionButton;
+class QuorrandChat;
+struct ChatEnvelope;
+
+/// What a line is, first of all. A line with action buttons is one of these too.
+enum class ChatMessageType : std::int64_t { CallInvitation, Attachment, KnowledgeBase, Text };
+
+/// One line of a chat: a room's message stanza, a transcript record of the service, or a stored
+/// dictionary. Mutable while it is built, and finished once a create operation has returned; after
+/// that only `showNotifications`, `disabled`, its buttons, and the fields that the engine fills in
+/// on a local echo change. Main thread.
+class SUPPORTSDK_API QuorrandChatMessage
+    : public std::enable_shared_from_this<QuorrandChatMessage> {
+ public:
+    /// A line from a `message` stanza; isValidMessage tells whether it is one to show. Never null.
+    static std::shared_ptr<QuorrandChatMessage> createWithXMPPMessage(
+        QuorrandChat& chat, std::shared_ptr<const Stanza> stanza);
+    /// The same without validation and completion: the stanza's fields as they are, and a date only
+    /// if it carries one.
+    static std::shared_ptr<QuorrandChatMessage> createBasicWithXMPPMessage(
+        QuorrandChat& chat, std::shared_ptr<const Stanza> stanza);
+    /// A line from a transcript record ("from", "message", "from_avatar", "sent"). It is not
+    /// validated, has no sender, and its type is never determined.
+    static std::shared_ptr<QuorrandChatMessage> createWithTranscript(QuorrandChat& chat,
+                                                                     const Json& record);
+    /// A line from what dict() gave.
+    static std::shared_ptr<QuorrandChatMessage> createWithDict(QuorrandChat& chat,
+                                                               const Json& dictionary);
+    QuorrandChatMessage(const QuorrandChatMessage&) = delete;
+    QuorrandChatMessage& operator=(const QuorrandChatMessage&) = delete;
+    ~QuorrandChatMessage();
+
+    /// The body of the one JSON message that the kit itself sends: a button's address back to the
+    /// bot whose line, `source`, carried it. The room's reflection of it is no valid line.
+    [[nodiscard]] static std::string createJSONMessage(const std::string& message,
+                                                       const std::string& sender,
+                                                       const std::string& source);
+    /// Lower-case hexadecimal MD5 (RFC 1321) of the text up to its first zero byte.
+    [[nodiscard]] static std::string MD5(std::string_view text);
+    /// The "message" of a JSON object that has one as text, else the text itself.
+    [[nodiscard]] static std::string preprocessMessage(const std::string& text);
+    /// Every "+" becomes a blank, then percent escapes (RFC 3986) are decoded. Nothing when one is
+    /// damaged or the outcome is not UTF-8.
+    [[nodiscard]] static std::optional<std::string> URLDecodeString(std::string_view text);
+
+    // Chat states that came with the stanza; all false without one.
+    [[nodiscard]] bool hasChatState() const { return chatState_.has_value(); }
+    [[nodiscard]] bool hasActiveChatState() const { return chatState_ == ChatState::active; }
+    [[nodiscard]] bool hasComposingChatState() const { return chatState_ == ChatState::composing; }
+    [[nodiscard]] bool hasPausedChatState() const { return chatState_ == ChatState::paused; }
+    [[nodiscard]] bool hasInactiveChatState() const { return chatState_ == ChatState::inactive; }
+    [[nodiscard]] bool hasGoneChatState() const { return chatState_ == ChatState::gone; }
+
+    [[nodiscard]] bool isAttachmentMessage() const { return url && !url->empty(); }
+    [[nodiscard]] bool isCallInvitationMessage() const { return callId && !callId->empty(); }
+    [[nodiscard]] bool isChatButtonMessage() const { return !chatActionButtons.empty(); }
+    [[nodiscard]] bool isKBMessage() const {
+        return kb_preview && !kb_preview->empty() && kb_id && !kb_id->empty();
+    }
+    [[nodiscard]] bool isGroupChat() const;
+    /// Whether one of these dictionary forms has this line's id.
+    [[nodiscard]] bool isFoundInArray(const Json& dictionaries) const;
+
+    /// The line as a dictionary of 22 keys, for storage; "" stands for what is absent, and the date
+    /// is in milliseconds since 1970.
+    [[nodiscard]] Json dict() const;
+    /// Reads those keys back. Values of another type count as missing.
+    void setDict(const Json& dictionary);
+
+    /// Decides whether this is a line at all, and unpacks the JSON envelope in its text. Keys of
+    /// the line's buttons are taken out of the engine's `selectedActions`.
+    bool validateMessage();
+    /// Gives a line without an id one: the digest of sender, text and date.
+    void calculateId();
+    void determineMessageType();
+    void disableChatActionButtons();
+
+    /// Copied from the engine once the line is complete.
+    bool showNotifications = false;
+    bool isMe = false;
+    /// It came with a date of its own: room history, no live traffic.
+    bool isDelayed = false;
+    /// False on transcript lines, which are never validated.
+    bool isValidMessage = false;
+    /// A newer line has frozen its buttons.
+    bool disabled = false;
+    /// Null on transcript and dictionary lines.
+    std::shared_ptr<const Stanza> xmppMessage;
+    std::optional<std::string> id;
+    std::optional<std::string> type;
+    /// The sender's key: its room nickname up to the first ";". "" when it has none.
+    std::optional<std::string> from;
+    std::optional<std::string> fromName;
+    std::optional<std::string> fromMention;
+    std::optional<std::string> fromNickname;
+    /// The call to join, on an invitation.
+    std::optional<std::string> callId;
+    std::optional<std::string> channel;
+    std::optional<std::string> service;
+    std::optional<std::string> text;
+    /// When it was sent, seconds cut off except on transcript lines; absent only on a transcript
+    /// line whose record has no readable one.
+    std::optional<Clock::Time> date;
+    std::optional<std::string> xml;
+    std::optional<std::string> avatar;
+    /// Addresses of an attachment and its small picture.
+    std::optional<std::string> preview;
+    std::optional<std::string> url;
+    std::optional<std::string> buttonText;
+    std::optional<std::string> buttonAction;
+    /// The permitted entries of the envelope's "actions"; an array if there were any "actions".
+    std::optional<Json> buttonActions;
+    std::vector<std::shared_ptr<QDChatActionButton>> chatActionButtons;
+    std::optional<std::string> kb_title;
+    std::optional<std::string> kb_preview;
+    std::optional<std::string> kb_id;
+    std::optional<double> kb_preview_length;
+    ChatMessageType messageType = ChatMessageType::CallInvitation;
+
+ private:
+    explicit QuorrandChatMessage(QuorrandChat& chat);
+
+    void readStanza(std::shared_ptr<const Stanza> stanza);
+    void readEnvelope(ChatEnvelope envelope);
+    void readActions(const Json& actions);
+    void completeMessage();
+    void completeTranscript();
+    void setSenderInformation();
+    void trimText();
+    void prepareChatButtons();
+
+    const std::weak_ptr<QuorrandChat> chat_;
+    const PlatformPtr platform_;
+    std::optional<ChatState> chatState_;
+};
+
+}  // namespace supportsdk
