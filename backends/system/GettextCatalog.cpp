@@ -1,0 +1,92 @@
+#include "backends/system/GettextCatalog.h"
+
+#include <cstring>
+#include <fstream>
+
+namespace supportsdk {
+
+namespace {
+
+constexpr std::uint32_t magic = 0x950412de;
+constexpr std::uint32_t swappedMagic = 0xde120495;
+constexpr std::size_t tableEntryBytes = 8;
+
+std::optional<std::string> contentOf(const std::filesystem::path& file) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;
+    const auto size = std::filesystem::file_size(file, error);
+    if (error || size > GettextCatalog::maximumFileBytes) return std::nullopt;
+    std::string bytes(size, '\0');
+    std::ifstream in(file, std::ios::binary);
+    if (!in.read(bytes.data(), static_cast<std::streamsize>(size))) return std::nullopt;
+    return bytes;
+}
+
+}  // namespace
+
+std::optional<GettextCatalog> GettextCatalog::load(const std::filesystem::path& file) {
+    auto bytes = contentOf(file);
+    if (!bytes) return std::nullopt;
+
+    GettextCatalog catalog;
+    catalog.bytes_ = std::move(*bytes);
+    const auto mark = catalog.number(0);
+    if (mark != magic && mark != swappedMagic) return std::nullopt;
+    catalog.swapped_ = mark == swappedMagic;
+
+    const auto revision = catalog.number(4);
+    const auto count = catalog.number(8);
+    const auto originals = catalog.number(12);
+    const auto translations = catalog.number(16);
+    // Minor revisions only add system-dependent strings, which the kit has none of.
+    if (!translations || *revision >> 16 > 1) return std::nullopt;
+    catalog.count_ = *count;
+    catalog.originals_ = *originals;
+    catalog.translations_ = *translations;
+
+    const auto header = catalog.find("");
+    if (!header || header->find("charset=UTF-8") == std::string_view::npos) return std::nullopt;
+    return catalog;
+}
+
+std::optional<std::string_view> GettextCatalog::find(std::string_view english) const {
+    // Originals are sorted by their bytes.
+    std::uint32_t low = 0;
+    std::uint32_t high = count_;
+    while (low < high) {
+        const std::uint32_t middle = low + (high - low) / 2;
+        const auto original = text(originals_, middle);
+        if (!original) return std::nullopt;
+        if (*original == english) {
+            const auto translation = text(translations_, middle);
+            return translation && !translation->empty() ? translation : std::nullopt;
+        }
+        if (*original < english) {
+            low = middle + 1;
+        } else {
+            high = middle;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::uint32_t> GettextCatalog::number(std::size_t offset) const {
+    if (bytes_.size() < sizeof(std::uint32_t) || offset > bytes_.size() - sizeof(std::uint32_t))
+        return std::nullopt;
+    std::uint32_t value = 0;
+    std::memcpy(&value, bytes_.data() + offset, sizeof value);
+    return swapped_ ? __builtin_bswap32(value) : value;
+}
+
+std::optional<std::string_view> GettextCatalog::text(std::uint32_t table,
+                                                     std::uint32_t index) const {
+    const std::size_t entry = table + std::size_t{index} * tableEntryBytes;
+    const auto length = number(entry);
+    const auto offset = number(entry + sizeof(std::uint32_t));
+    if (!length || !offset || *offset > bytes_.size() || *length > bytes_.size() - *offset)
+        return std::nullopt;
+    const auto whole = std::string_view(bytes_).substr(*offset, *length);
+    return whole.substr(0, whole.find('\0'));
+}
+
+}  // namespace supportsdk
