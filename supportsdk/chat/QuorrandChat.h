@@ -86,6 +86,9 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     /// Asks for the roster (RFC 6121, 2.1.3); its items go to the log.
     void fetchFriends();
 
+    /// Makes the room outlive its last occupant: fills in `form` and sends it back to the room.
+    void roomDidFetchConfigurationForm(XmppRoom& room, const Stanza& form);
+
     // --- Participants (QuorrandChatParticipants.cpp) ---
 
     void refreshEligibleParticipants();
@@ -229,13 +232,14 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     explicit QuorrandChat(PlatformPtr platform);
 
     bool openStream();
-    void closeStream();
+    void retire(std::shared_ptr<XmppLink> link);
     void dropStream();
-    void streamDidAuthenticate();
-    void streamDidEnd(const XmppStreamEnd& end, bool wasAuthenticated);
-    void closingStreamDidEnd(const XmppStreamEnd& end);
-    void streamDidNotAuthenticate(const XmppStreamEnd& end);
-    void streamDidReceive(const std::shared_ptr<const Stanza>& stanza);
+    void linkDidAuthenticate(XmppLink& link);
+    bool linkDidReceive(XmppLink& link, const std::shared_ptr<const Stanza>& stanza);
+    void linkDidEnd(XmppLink& link, const XmppStreamEnd& end);
+    void closingLinkDidEnd(const XmppStreamEnd& end);
+    void didNotAuthenticate(const XmppStreamEnd& failure);
+    void didReceiveIQ(const Stanza& iq);
 
     void startConnectTimer();
     void handleConnectTimeout(const ChatError& error);
@@ -243,9 +247,11 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     void handleJoinRoomTimeout();
     [[nodiscard]] std::chrono::milliseconds boundedTimeout() const;
 
-    void roomDidJoin(const std::shared_ptr<XmppRoom>& room);
-    void roomDidLeave(const std::shared_ptr<XmppRoom>& room);
-    void roomDidFetchConfigurationForm(XmppRoom& room, const Stanza& form);
+    void sendStanza(std::string xml);
+    std::shared_ptr<XmppRoom> makeRoom(const std::string& roomJid);
+    void roomDidJoin();
+    void roomDidLeave();
+    void echo(const std::shared_ptr<const Stanza>& stanza, const std::string& text);
 
     template <typename Operation, typename... Arguments>
     void tellDelegate(Operation operation, const Arguments&... arguments) {

@@ -34,7 +34,8 @@ class XmppRoom : public std::enable_shared_from_this<XmppRoom> {
 
     /// Asks to enter (7.2). A refusal is logged with its condition and reported nowhere else.
     void joinRoomUsingNickname(const std::string& nickname, const std::shared_ptr<Stanza>& history);
-    /// Asks to leave (7.14); Callbacks::left follows with the room's answer.
+    /// Asks to leave (7.14). Joined no more from now on; Callbacks::left follows with the room's
+    /// answer.
     void leaveRoom();
     /// Addresses `message` to all occupants (7.4), in place, and sends it.
     void sendMessage(Stanza& message);
@@ -45,7 +46,7 @@ class XmppRoom : public std::enable_shared_from_this<XmppRoom> {
     bool receive(const std::shared_ptr<const Stanza>& stanza);
 
  private:
-    enum class State { outside, joining, joined };
+    enum class State { outside, joining, joined, leaving };
 
     void receivePresence(const Stanza& presence, const std::string& occupant);
     void receiveUnavailable(const Stanza& presence, const std::string& occupant);

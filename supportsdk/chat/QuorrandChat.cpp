@@ -1,0 +1,41 @@
+#include "supportsdk/chat/QuorrandChat.h"
+
+#include "supportsdk/chat/QDChatViewModel.h"
+#include "supportsdk/chat/xmpp/XmppLink.h"
+#include "supportsdk/chat/xmpp/XmppRoom.h"
+
+namespace supportsdk {
+
+std::shared_ptr<QuorrandChat> QuorrandChat::sharedInstance(const PlatformPtr& platform) {
+    static std::weak_ptr<QuorrandChat> shared;
+    auto living = shared.lock();
+    if (!living) {
+        living = create(platform);
+        shared = living;
+    }
+    return living;
+}
+
+std::shared_ptr<QuorrandChat> QuorrandChat::create(PlatformPtr platform) {
+    const std::shared_ptr<QuorrandChat> chat(new QuorrandChat(std::move(platform)));
+    // Weak, because a screen may hold the list longer than anybody holds the engine.
+    chat->viewModel = std::make_shared<QDChatViewModel>(
+        [weak = chat->weak_from_this()](const std::optional<std::string>& from) {
+            const auto self = weak.lock();
+            return self && self->isParticipant(from);
+        });
+    return chat;
+}
+
+QuorrandChat::QuorrandChat(PlatformPtr givenPlatform)
+    : platform(std::move(givenPlatform)), defaults(platform->userDefaults->standard()) {
+    loadEmoticons();
+    setDefaults();
+}
+
+QuorrandChat::~QuorrandChat() {
+    retire(std::move(link_));
+    retire(std::move(closingLink_));
+}
+
+}  // namespace supportsdk

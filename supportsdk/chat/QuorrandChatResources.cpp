@@ -1,0 +1,114 @@
+#include <strings.h>
+
+#include "supportsdk/chat/QuorrandChat.h"
+#include "supportsdk/core/Fields.h"
+
+namespace supportsdk {
+
+namespace {
+
+struct FileName {
+    std::string base;
+    std::string extension;
+};
+
+FileName splitFileName(const std::string& name) {
+    const auto point = name.rfind('.');
+    if (point == std::string::npos) return {name, ""};
+    return {name.substr(0, point), name.substr(point + 1)};
+}
+
+/// Everything but what RFC 3986 leaves unreserved, and the slashes, as percent escapes.
+std::string fileUrl(const std::string& path) {
+    static constexpr char digits[] = "0123456789ABCDEF";
+    static constexpr std::string_view plain = "-._~/";
+    std::string url = "file://";
+    for (const char letter : path) {
+        const auto byte = static_cast<unsigned char>(letter);
+        const bool alphanumeric = (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
+                                  (byte >= 'a' && byte <= 'z');
+        if (alphanumeric || plain.find(letter) != std::string_view::npos) {
+            url += letter;
+        } else {
+            url += {'%', digits[byte >> 4U], digits[byte & 0xFU]};
+        }
+    }
+    return url;
+}
+
+std::string replaceAll(std::string text, const std::string& wanted, const std::string& by) {
+    for (auto at = text.find(wanted); at != std::string::npos; at = text.find(wanted, at))
+        at = text.replace(at, wanted.size(), by).size() == 0 ? 0 : at + by.size();
+    return text;
+}
+
+}  // namespace
+
+void QuorrandChat::setDefaults() {
+    appearance = ChatAppearance{};
+    appearance.remoteChatBubbleImage.image = imageForResource("bubbleSomeone.png");
+    appearance.localChatBubbleImage.image = imageForResource("bubbleMine.png");
+    appearance.chatAttachmentButtonImage = imageForResource("paperclip.png");
+    appearance.chatSendButtonImage = imageForResource("send.png");
+}
+
+std::optional<std::string> QuorrandChat::URLForResource(const std::string& name,
+                                                        const std::string& extension) const {
+    const auto path = pathForResource(name, extension);
+    return path ? std::optional(fileUrl(*path)) : std::nullopt;
+}
+
+std::optional<std::string> QuorrandChat::pathForResource(const std::string& name,
+                                                         const std::string& type) const {
+    const auto path = getBundle()->path(name, type);
+    return path ? std::optional(path->string()) : std::nullopt;
+}
+
+ImagePtr QuorrandChat::imageForResource(const std::string& fileName) const {
+    const auto [base, extension] = splitFileName(fileName);
+    const auto data = getBundle()->data(base, extension);
+    return data ? platform->images->decode(*data) : nullptr;
+}
+
+ImagePtr QuorrandChat::imageForEmoticon(const std::string& fileName) const {
+    return imageForResource(fileName);
+}
+
+void QuorrandChat::loadEmoticons() {
+    emoticonPredictors = {"("};
+    const auto data = getBundle()->data("Emoticons", "json");
+    const auto parsed = data ? parseJson(toText(*data)) : std::nullopt;
+    emoticons = parsed ? dictionaryForKey(*parsed, "Emoticons") : Json::object();
+    emoticonsByName.clear();
+    emoticonKeys.clear();
+    for (const auto& [fileName, entry] : emoticons.items()) {
+        for (const auto& equivalent : arrayForKey(entry, "Equivalents")) {
+            const auto* text = equivalent.get_ptr<const std::string*>();
+            if (text && !text->empty() && emoticonsByName.emplace(*text, fileName).second)
+                emoticonKeys.push_back(*text);
+        }
+    }
+    std::sort(emoticonKeys.begin(), emoticonKeys.end(), [](const auto& one, const auto& other) {
+        return strcasecmp(one.c_str(), other.c_str()) < 0;
+    });
+}
+
+std::optional<std::string> QuorrandChat::htmlStringWithEmoticonsFromChatMessage(
+    const std::string& text) const {
+    std::string html = text;
+    bool replaced = false;
+    for (const auto& key : emoticonKeys) {
+        if (!key.starts_with('(') || html.find(key) == std::string::npos) continue;
+        html = replaceAll(std::move(html), key, getImgTagForImageName(emoticonsByName.at(key)));
+        replaced = true;
+    }
+    if (!replaced) return std::nullopt;
+    return "<html><body>" + html + "</body></html>";
+}
+
+std::string QuorrandChat::getImgTagForImageName(const std::string& fileName) const {
+    const auto [base, extension] = splitFileName(fileName);
+    return "<img src=\"" + URLForResource(base, extension).value_or("") + "\">";
+}
+
+}  // namespace supportsdk

@@ -1,0 +1,162 @@
+#include "supportsdk/chat/QDChatViewModel.h"
+#include "supportsdk/chat/QuorrandChat.h"
+#include "supportsdk/chat/QuorrandChatMessage.h"
+#include "supportsdk/chat/xmpp/Roster.h"
+#include "supportsdk/chat/xmpp/Stanzas.h"
+#include "supportsdk/chat/xmpp/XmppLink.h"
+#include "supportsdk/chat/xmpp/XmppRoom.h"
+#include "supportsdk/core/NotificationCenter.h"
+
+namespace supportsdk {
+
+void QuorrandChat::sendStanza(std::string xml) {
+    if (link_) link_->send(std::move(xml));
+}
+
+bool QuorrandChat::isRoomJoined() const {
+    return xmppRoom_ && xmppRoom_->isJoined();
+}
+
+std::shared_ptr<Stanza> QuorrandChat::historyStanza() const {
+    return makeHistory();
+}
+
+void QuorrandChat::joinRoom(const std::optional<std::string>& roomJid,
+                            const std::optional<std::string>& occupantNickname) {
+    if (isRoomJoined() && roomJid == roomName) {
+        tellDelegate(&QuorrandChatDelegate::chatDidJoinRoom, nullptr, std::nullopt);
+        return;
+    }
+    muc = roomJid;
+    nickname = occupantNickname;
+    xmppRoom_ = makeRoom(muc.value_or(""));
+    startJoinRoomTimer();
+    xmppRoom_->joinRoomUsingNickname(nickname.value_or(""), historyStanza());
+}
+
+std::shared_ptr<XmppRoom> QuorrandChat::makeRoom(const std::string& roomJid) {
+    const auto weak = weak_from_this();
+    const auto forward = [weak](auto operation) {
+        return [weak, operation](const auto&... arguments) {
+            if (const auto self = weak.lock()) operation(*self, arguments...);
+        };
+    };
+    XmppRoom::Callbacks callbacks;
+    callbacks.joined = forward([](QuorrandChat& chat) { chat.roomDidJoin(); });
+    callbacks.left = forward([](QuorrandChat& chat) { chat.roomDidLeave(); });
+    callbacks.message = forward(
+        [](QuorrandChat& chat, const auto& message) { chat.handleReceivedMessage(message); });
+    callbacks.configurationForm = forward([](QuorrandChat& chat, const Stanza& form) {
+        chat.roomDidFetchConfigurationForm(*chat.xmppRoom_, form);
+    });
+    return std::make_shared<XmppRoom>(
+        roomJid, forward([](QuorrandChat& chat, const std::string& xml) { chat.sendStanza(xml); }),
+        platform->log, std::move(callbacks));
+}
+
+void QuorrandChat::startJoinRoomTimer() {
+    joinRoomTimer_ = platform->mainQueue->after(boundedTimeout(), [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->handleJoinRoomTimeout();
+    });
+}
+
+void QuorrandChat::handleJoinRoomTimeout() {
+    joinRoomTimer_.reset();
+    tellDelegate(&QuorrandChatDelegate::chatDidTimeoutJoinRoom, xmppRoom_, std::nullopt);
+}
+
+void QuorrandChat::roomDidJoin() {
+    const auto room = xmppRoom_;
+    joinRoomTimer_.reset();
+    roomName = muc;
+    unreadMessageCount = 0;
+    updateUnreadMessageCount();
+    viewModel->clearMessages();
+    tellDelegate(&QuorrandChatDelegate::chatDidJoinRoom, room, std::nullopt);
+}
+
+void QuorrandChat::leaveRoom() {
+    if (!isConnected() || !isRoomJoined()) return;
+    viewModel->clearMessages();
+    xmppRoom_->leaveRoom();
+}
+
+void QuorrandChat::roomDidLeave() {
+    const auto room = xmppRoom_;
+    roomName.reset();
+    tellDelegate(&QuorrandChatDelegate::chatDidLeaveRoom, room, std::nullopt);
+}
+
+void QuorrandChat::roomDidFetchConfigurationForm(XmppRoom& room, const Stanza& form) {
+    if (const auto filled = makePersistentRoomForm(form)) room.configureRoomUsingOptions(*filled);
+}
+
+void QuorrandChat::requestRoomHistory() {
+    if (muc) sendStanza(makeRoomPresence(*muc, historyStanza().get())->xml());
+}
+
+bool QuorrandChat::sendGroupchatMessage(const std::string& text, bool sendOnly) {
+    if (!xmppRoom_ || text.empty()) return false;
+    const auto stanza = makeMessage(text);
+    setAttribute(stanza->root(), "id", generateUUID());
+    if (stanza->xml().size() > maximumStanzaBytes) {
+        platform->log->write("a chat line is too long to be sent");
+        return false;
+    }
+    const bool sent = isConnected();
+    xmppRoom_->sendMessage(*stanza);
+    firstUse = false;
+    if (!sendOnly) echo(stanza, text);
+    return sent;
+}
+
+void QuorrandChat::echo(const std::shared_ptr<const Stanza>& stanza, const std::string& text) {
+    const auto line = QuorrandChatMessage::createWithXMPPMessage(*this, stanza);
+    line->from = nickname;
+    line->fromName = getInfoType("name", nickname);
+    line->type = "groupchat";
+    line->text = text;
+    if (line->isValidMessage) sendMessageToDelegate(line);
+}
+
+void QuorrandChat::sendMessage(const std::string& text, const std::string& user) {
+    const auto stanza = makeMessage(text);
+    setAttribute(stanza->root(), "type", "chat");
+    setAttribute(stanza->root(), "to", user);
+    sendStanza(stanza->xml());
+}
+
+void QuorrandChat::fetchFriends() {
+    sendStanza(makeRosterQuery()->xml());
+}
+
+void QuorrandChat::handleReceivedMessage(const std::shared_ptr<const Stanza>& stanza) {
+    const auto self = shared_from_this();
+    const auto line = QuorrandChatMessage::createWithXMPPMessage(*this, stanza);
+    if (!line->isValidMessage) return;
+    line->showNotifications = showNotifications;
+    if (!line->isDelayed && !isParticipant(line->from)) refreshEligibleParticipants();
+    viewModel->addMessage(line);
+    if (postUnreadMessageCount) {
+        ++unreadMessageCount;
+        updateUnreadMessageCount();
+    }
+    sendMessageToDelegate(line);
+}
+
+void QuorrandChat::updateUnreadMessageCount() {
+    tellDelegate(&QuorrandChatDelegate::chatDidUpdateUnreadCount, unreadMessageCount);
+    NotificationCenter::shared().post(std::string(unreadCountUpdatedNotification),
+                                      static_cast<std::int64_t>(unreadMessageCount));
+}
+
+void QuorrandChat::sendMessageToDelegate(const std::shared_ptr<QuorrandChatMessage>& message) {
+    if (message) tellDelegate(&QuorrandChatDelegate::chatDidReceiveMessage, message);
+}
+
+void QuorrandChat::buttonDidPerformAction(QDChatActionButton& /*button*/,
+                                          const std::string& action) {
+    tellDelegate(&QuorrandChatDelegate::chatDidPerformAction, action);
+}
+
+}  // namespace supportsdk
