@@ -102,8 +102,6 @@ class SUPPORTSDK_API SupportButton : public SupportDelegate,
     void actionEmail();
     void actionPhone();
     void actionExit();
-    /// The developer's settings.
-    void actionSettings();
     [[nodiscard]] bool deviceCanMakePhoneCalls() const;
     /// Sends a request or an event on the event channel.
     void sendRequest(const std::string& request);
@@ -174,8 +172,8 @@ class SUPPORTSDK_API SupportButton : public SupportDelegate,
     void createIssueSucceeded(const Json& response);
     void createIssueFailed(const Json& response);
     void activeIssueFetched(const Json& response);
-    [[nodiscard]] Error makeError(const std::string& description,
-                                  const std::optional<std::string>& reason) const;
+    [[nodiscard]] SupportError makeError(const std::string& description,
+                                         const std::optional<std::string>& reason) const;
     void failWithDescription(const std::string& description,
                              const std::optional<std::string>& reason);
 

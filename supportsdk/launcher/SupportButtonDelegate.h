@@ -7,7 +7,7 @@
 
 namespace supportsdk {
 
-struct Error;
+struct SupportError;
 class SupportButton;
 class SupportMenuView;
 
@@ -21,19 +21,19 @@ class SUPPORTSDK_API SupportButtonDelegate {
     virtual void supportButtonDidGetSettings(SupportButton& button) { (void)button; }
     /// The settings request failed; nothing is offered until a new configuration is loaded.
     virtual void supportButtonDidFailToGetSettingsWithError(SupportButton& button,
-                                                            const Error& error) {
+                                                            const SupportError& error) {
         (void)button, (void)error;
     }
 
     /// The customer is known, and issues can be created.
     virtual void supportButtonDidGetCustomer(SupportButton& button) { (void)button; }
     virtual void supportButtonDidFailToGetCustomerWithError(SupportButton& button,
-                                                            const Error& error) {
+                                                            const SupportError& error) {
         (void)button, (void)error;
     }
 
     /// Anything else that failed.
-    virtual void supportButtonDidFailWithError(SupportButton& button, const Error& error) {
+    virtual void supportButtonDidFailWithError(SupportButton& button, const SupportError& error) {
         (void)button, (void)error;
     }
 

@@ -1,0 +1,73 @@
+#include <algorithm>
+
+#include "supportsdk/core/Error.h"
+#include "supportsdk/core/EventManager.h"
+#include "supportsdk/core/EventNames.h"
+#include "supportsdk/launcher/SupportButton.h"
+
+namespace supportsdk {
+
+void SupportButton::actionChat() {
+    hideBadge();
+    if (!support) return;
+    if (support->features.supportUnavailable) {
+        failWithDescription("Support unavailable", support->features.supportUnavailableSummary);
+    } else {
+        getOrCreateIssue();
+    }
+}
+
+void SupportButton::actionWeb() {
+    hideBadge();
+    if (!support) return;
+    openAddress(support->features.supportWebsiteURL.value_or(""), "Unable to open webpage",
+                "Device may not have internet access or browser.");
+}
+
+void SupportButton::actionEmail() {
+    hideBadge();
+    if (!support) return;
+    openAddress("mailto:" + support->features.supportEmailAddress.value_or(""),
+                "Unable to send email", "Email may not be configured on device.");
+}
+
+void SupportButton::actionPhone() {
+    hideBadge();
+    if (!support) return;
+    auto number = support->features.supportPhoneNumber.value_or("");
+    std::erase(number, ' ');
+    openAddress("tel://" + number, "Unable to place phone call", "Phone number is incorrect.");
+}
+
+void SupportButton::actionExit() {
+    const auto self = shared_from_this();
+    EventManager::notify(event::sdkEnded);
+    if (const auto told = delegate.lock()) told->supportButtonDidRequestExit(*this);
+}
+
+bool SupportButton::deviceCanMakePhoneCalls() const {
+    return platform_->urlOpener->canOpen("tel:+44-1234-567890");
+}
+
+void SupportButton::sendRequest(const std::string& request) {
+    EventManager::notify(request);
+}
+
+void SupportButton::openAddress(const std::string& address, const char* description,
+                                const char* reason) {
+    platform_->urlOpener->open(address,
+                               [weak = weak_from_this(), description, reason](bool worked) {
+                                   if (worked) return;
+                                   if (const auto self = weak.lock())
+                                       self->failWithDescription(description, reason);
+                               });
+}
+
+void SupportButton::displayScreen(std::shared_ptr<ScreenController> screen) {
+    const auto self = shared_from_this();
+    if (const auto told = delegate.lock()) {
+        told->supportButtonDisplayViewController(*this, std::move(screen));
+    }
+}
+
+}  // namespace supportsdk
