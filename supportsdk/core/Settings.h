@@ -54,4 +54,37 @@ struct ChannelTitles {
     std::optional<std::string> journeysTitle;
 };
 
+/// What stands where the settings have no text for call-me; translated by the caller.
+struct CallMeTexts {
+    std::string buttonText = "Call Me";
+    std::string buttonConfirmation = "Thank you. We will contact you as soon as possible.";
+};
+
+/// What a settings response says, apart from where it goes.
+struct ReadSettings {
+    Features features;
+    ChannelTitles titles;
+    /// An object; empty when there is none.
+    Json defaultMember;
+    /// The object that holds the theme.
+    Json theme;
+};
+
+/// Whether the response is of the layout with components: its "advancedConfiguration" has the
+/// string "2" as its "version".
+bool isComponentLayout(const Json& response);
+
+/// Reads the flat layout from the whole response. What it does not speak of keeps the value it has
+/// in `former`, the parsed website address among it when no website is named.
+ReadSettings readFlatSettings(const Json& response, const Features& former,
+                              const CallMeTexts& texts);
+
+/// Reads the layout with components from the "advancedConfiguration" object. A component that is
+/// missing counts as an empty one, so that none of its former values survives.
+ReadSettings readComponentSettings(const Json& advanced, const Features& former,
+                                   const CallMeTexts& texts);
+
+/// `former` with the nine channels off, and nothing else changed.
+Features withoutChannels(Features former);
+
 }  // namespace supportsdk

@@ -107,8 +107,19 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
                      std::span<const std::byte> data, const Json& parameters,
                      RestCallback completion);
 
-    /// The headers of the next request, freshly built; the chat engine gets the same ones.
+    /// The headers of the next request, freshly built; `headers` and the chat engine get the same.
     HttpHeaders getHeaders();
+    /// A request to the whole address `uri`, ready but for its method and body.
+    HttpRequest getManagerWithUri(const std::string& uri);
+    /// Takes the download token of a successful response: one without ends the one that is held.
+    /// Returns the response's header fields.
+    HttpHeaders processHeadersForOperation(const HttpResponse& response);
+    /// The header fields of a failed response, and its header "message", "" when there is none.
+    /// Nothing in the kit needs them.
+    static HttpHeaders getServerFailureResponseForOperation(const HttpResponse& response);
+    static std::string getServerFailureMessageForOperation(const HttpResponse& response);
+    /// Logs how long `event` took since `date`.
+    void elapsedTimeSince(Clock::Time date, const std::string& event, bool success) const;
     /// HMAC-SHA-256 of `text` with the key `salt`, in Base64.
     static std::string hmacSha256(std::string_view text, std::string_view salt);
     /// hmacSha256() with the configuration's private key.
@@ -243,6 +254,12 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     Support(std::weak_ptr<SupportDelegate> delegate, PlatformPtr platform);
 
     void setup();
+    void tryConfiguration(const std::optional<Json>& dictionary);
+    void execute(HttpRequest request, RestCallback completion);
+    void settingsDidArrive(const Json& response);
+    [[nodiscard]] CallMeTexts callMeTexts() const;
+    void apply(const ReadSettings& settings);
+    void customerDidResolve(const Json& response);
     void createAppearance();                                             // theme/SupportTheme.cpp
     void applyTheme(const ChannelTitles& titles, const Json& settings);  // theme/SupportTheme.cpp
     void attachChat();                                                   // chat/SupportChat.cpp

@@ -1,0 +1,66 @@
+#include "supportsdk/core/FormParameters.h"
+
+#include <string_view>
+
+#include "supportsdk/core/Fields.h"
+
+namespace supportsdk {
+
+namespace {
+
+std::optional<std::string> valueText(const Json& value) {
+    if (value.is_null()) return std::nullopt;
+    if (value.is_string()) return value.get<std::string>();
+    if (value.is_boolean()) return value.get<bool>() ? "1" : "0";
+    return dumpJson(value);
+}
+
+void append(std::vector<FormParameter>& list, const std::string& name, const Json& value) {
+    if (value.is_object()) {
+        for (const auto& [member, inner] : value.items())
+            append(list, name + "[" + member + "]", inner);
+    } else if (value.is_array()) {
+        for (const auto& inner : value) append(list, name + "[]", inner);
+    } else {
+        list.emplace_back(name, valueText(value));
+    }
+}
+
+std::string percentEncoded(std::string_view text) {
+    constexpr std::string_view plain =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/?";
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string encoded;
+    for (const char letter : text) {
+        if (plain.find(letter) != std::string_view::npos) {
+            encoded += letter;
+            continue;
+        }
+        const auto octet = static_cast<unsigned char>(letter);
+        encoded += '%';
+        encoded += digits[octet >> 4U];
+        encoded += digits[octet & 0x0FU];
+    }
+    return encoded;
+}
+
+}  // namespace
+
+std::vector<FormParameter> formParameters(const Json& parameters) {
+    std::vector<FormParameter> list;
+    if (!parameters.is_object()) return list;
+    for (const auto& [name, value] : parameters.items()) append(list, name, value);
+    return list;
+}
+
+std::string queryString(const Json& parameters) {
+    std::string query;
+    for (const auto& [name, value] : formParameters(parameters)) {
+        if (!query.empty()) query += '&';
+        query += percentEncoded(name);
+        if (value) query += '=' + percentEncoded(*value);
+    }
+    return query;
+}
+
+}  // namespace supportsdk
