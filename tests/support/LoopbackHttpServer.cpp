@@ -116,6 +116,7 @@ class LoopbackHttpServer::Connection : public LoopbackConnection {
         std::size_t end = 0;
         while ((end = buffer_.find("\r\n\r\n")) == std::string::npos) {
             if (!receive(buffer_)) return std::nullopt;
+            if (buffer_.starts_with('\x16')) return std::nullopt;  // TLS, to a server without it
         }
         RecordedRequest request = parseHead(std::string_view(buffer_).substr(0, end));
         buffer_.erase(0, end + 4);

@@ -89,8 +89,8 @@ int chooseProtocol(SSL*, const unsigned char** chosen, unsigned char* length,
 
 }  // namespace
 
-TestAuthority::TestAuthority()
-    : key_(makeKey()), certificate_(makeCertificate("Test authority", key_.get(), 1)) {
+TestAuthority::TestAuthority(const std::string& name)
+    : key_(makeKey()), certificate_(makeCertificate(name.c_str(), key_.get(), 1)) {
     X509_set_issuer_name(certificate_.get(), X509_get_subject_name(certificate_.get()));
     addExtension(certificate_.get(), certificate_.get(), NID_basic_constraints, "critical,CA:TRUE");
     X509_sign(certificate_.get(), key_.get(), EVP_sha256());

@@ -13,7 +13,7 @@ enum class CertificateFlaw { none, expired, otherName };
 /// A certificate authority made for one test, with a new key each time.
 class TestAuthority {
  public:
-    TestAuthority();
+    explicit TestAuthority(const std::string& name = "Test authority");
 
     /// The authority's own certificate.
     [[nodiscard]] std::string pem() const;

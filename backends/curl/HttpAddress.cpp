@@ -1,0 +1,109 @@
+#include "backends/curl/HttpAddress.h"
+
+#include <arpa/inet.h>
+#include <curl/curl.h>
+
+#include <memory>
+
+namespace supportsdk {
+namespace {
+
+using UrlHandle = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
+
+UrlHandle parsed(const std::string& text, unsigned int flags) {
+    UrlHandle url(curl_url(), curl_url_cleanup);
+    if (url && curl_url_set(url.get(), CURLUPART_URL, text.c_str(), flags) != CURLUE_OK) {
+        url.reset();
+    }
+    return url;
+}
+
+std::string part(CURLU* url, CURLUPart which, unsigned int flags = 0) {
+    char* text = nullptr;
+    if (curl_url_get(url, which, &text, flags) != CURLUE_OK) return {};
+    const std::unique_ptr<char, decltype(&curl_free)> owner(text, curl_free);
+    return text;
+}
+
+bool isHexDigit(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+bool isAllowed(char c) {
+    constexpr std::string_view kForbidden = "\"<>\\^`{|}";
+    return c > 0x20 && c < 0x7f && kForbidden.find(c) == std::string_view::npos;
+}
+
+/// Only characters of RFC 3986, section 2; a percent sign begins an encoded byte.
+bool isWellFormed(std::string_view text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (!isAllowed(text[i])) return false;
+        if (text[i] != '%') continue;
+        if (i + 2 >= text.size() || !isHexDigit(text[i + 1]) || !isHexDigit(text[i + 2])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// What stands between "//" and the path. libcurl forgives a wrong number of slashes and decodes
+/// escapes in host names; neither may pass for an address that somebody meant.
+bool hasPlainAuthority(std::string_view text) {
+    const auto colon = text.find(':');
+    if (colon == std::string_view::npos || text.substr(colon, 3) != "://") return false;
+    const auto rest = text.substr(colon + 3);
+    const auto authority = rest.substr(0, rest.find_first_of("/?#"));
+    return !authority.empty() && authority.find_first_of("@%") == std::string_view::npos;
+}
+
+}  // namespace
+
+std::optional<HttpAddress> HttpAddress::parse(const std::string& text) {
+    if (!isWellFormed(text) || !hasPlainAuthority(text)) return std::nullopt;
+    const auto url = parsed(text, CURLU_PATH_AS_IS | CURLU_DISALLOW_USER);
+    if (!url) return std::nullopt;
+    HttpAddress address;
+    address.text_ = text;
+    address.scheme_ = part(url.get(), CURLUPART_SCHEME);
+    address.host_ = part(url.get(), CURLUPART_HOST);
+    address.port_ = part(url.get(), CURLUPART_PORT, CURLU_DEFAULT_PORT);
+    for (char& c : address.host_) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    if (address.scheme_ != "http" && address.scheme_ != "https") return std::nullopt;
+    if (address.host_.empty()) return std::nullopt;
+    return address;
+}
+
+std::optional<HttpAddress> HttpAddress::resolve(const std::string& reference) const {
+    if (reference.empty() || !isWellFormed(reference)) return std::nullopt;
+    // libcurl takes "http:x" for a host; a scheme without an authority is no http address.
+    const auto colon = reference.find(':');
+    const bool isAbsolute = colon < reference.find_first_of("/?#");
+    if (isAbsolute) return parse(reference);
+    const auto url = parsed(text_, CURLU_DISALLOW_USER);
+    if (!url || curl_url_set(url.get(), CURLUPART_URL, reference.c_str(), 0) != CURLUE_OK) {
+        return std::nullopt;
+    }
+    return parse(part(url.get(), CURLUPART_URL));
+}
+
+bool HttpAddress::isLoopback() const {
+    std::string_view host = host_;
+    if (host.ends_with('.')) host.remove_suffix(1);
+    if (host == "localhost" || host.ends_with(".localhost")) return true;
+    in_addr v4{};
+    if (inet_pton(AF_INET, std::string(host).c_str(), &v4) == 1) {
+        return (ntohl(v4.s_addr) >> 24) == 127;
+    }
+    in6_addr v6{};
+    if (!host.starts_with('[') || !host.ends_with(']')) return false;
+    host = host.substr(1, host.size() - 2);
+    return inet_pton(AF_INET6, std::string(host).c_str(), &v6) == 1 && IN6_IS_ADDR_LOOPBACK(&v6);
+}
+
+bool HttpAddress::hasOriginOf(const HttpAddress& other) const {
+    return scheme_ == other.scheme_ && host_ == other.host_ && port_ == other.port_;
+}
+
+}  // namespace supportsdk

@@ -1,0 +1,82 @@
+#include "tests/backends/curl/HttpFixture.h"
+
+namespace supportsdk::test {
+namespace {
+
+using HttpRedirects = HttpFixture;
+
+TEST_F(HttpRedirects, areFollowedWithTheRightMethodAndBody) {
+    LoopbackHttpServer server;
+    server.answer("/302", 302, "moved", {{"Location", "/end"}});
+    server.answer("/307", 307, "moved", {{"Location", "end?x=1"}});
+    server.answer("/end", 200, "here");
+    const HttpHeaders headers = {{"Content-Type", "text/plain"}, {"X-Quorrand-Key", "k"}};
+
+    EXPECT_EQ(toText(post(server.url("/302"), "body", headers).body), "here");
+    auto arrived = server.lastRequest("/end");
+    EXPECT_EQ(arrived.method + arrived.body, "GET");
+    EXPECT_FALSE(arrived.hasHeader("Content-Type"));
+    EXPECT_EQ(arrived.header("X-Quorrand-Key"), "k");
+
+    EXPECT_EQ(toText(post(server.url("/307"), "body", headers).body), "here");
+    arrived = server.lastRequest("/end");
+    EXPECT_EQ(arrived.method + " " + arrived.target + " " + arrived.body, "POST /end?x=1 body");
+    EXPECT_EQ(arrived.header("Content-Type"), "text/plain");
+}
+
+TEST_F(HttpRedirects, leaveConfinedHeadersBehindForGood) {
+    LoopbackHttpServer home;
+    LoopbackHttpServer away;
+    home.answer("/start", 307, "", {{"Location", away.url("/away")}});
+    away.answer("/away", 307, "", {{"Location", home.url("/back")}});
+    home.answer("/back", 200, "back");
+    const auto response =
+        get(home.url("/start"), {{"X-Quorrand-Token", "t"}, {"x-quorrand-key", "k"}, {"X-A", "a"}});
+    EXPECT_EQ(toText(response.body), "back");
+    EXPECT_TRUE(home.lastRequest("/start").hasHeader("x-quorrand-key"));
+    for (const auto& request : {away.lastRequest("/away"), home.lastRequest("/back")}) {
+        EXPECT_FALSE(request.hasHeader("X-Quorrand-Token"));
+        EXPECT_FALSE(request.hasHeader("X-Quorrand-Key"));
+        EXPECT_EQ(request.header("X-A"), "a");
+    }
+}
+
+TEST_F(HttpRedirects, endSomewhere) {
+    LoopbackHttpServer server;
+    for (int i = 0; i < 11; ++i) {
+        server.answer("/" + std::to_string(i), 302, "",
+                      {{"Location", "/" + std::to_string(i + 1)}});
+    }
+    server.answer("/11", 200, "end");
+    server.answer("/scheme", 302, "", {{"Location", "ftp://127.0.0.1/"}});
+    server.answer("/nowhere", 302, "no place");
+    EXPECT_EQ(toText(get(server.url("/1")).body), "end") << "ten redirects";
+    const auto eleven = get(server.url("/0"));
+    EXPECT_EQ(eleven.status, 302);
+    EXPECT_EQ(eleven.error, "The server redirected too many times.");
+    EXPECT_EQ(get(server.url("/scheme")).error,
+              "The server redirected to an address that is not valid.");
+    const auto nowhere = get(server.url("/nowhere"));
+    EXPECT_EQ(nowhere.status, 302);
+    EXPECT_EQ(toText(nowhere.body) + nowhere.error, "no place");
+}
+
+TEST_F(HttpRedirects, neverLeadFromHttpsToHttp) {
+    const TestAuthority authority;
+    LoopbackHttpServer secure(authority.serverContext());
+    LoopbackHttpServer plain;
+    plain.answer("/a", 200, "clear");
+    plain.answer("/up", 302, "", {{"Location", secure.url("/b")}});
+    secure.answer("/down", 302, "", {{"Location", plain.url("/a")}});
+    secure.answer("/b", 200, "secure");
+    makeClient({write("authority.pem", authority.pem())});
+    const auto response = get(secure.url("/down"));
+    EXPECT_EQ(response.status, 302);
+    EXPECT_EQ(response.error, "The server redirected to an address that is not secure.");
+    EXPECT_TRUE(plain.requests().empty());
+    EXPECT_EQ(toText(get(plain.url("/up"), {{"X-Quorrand-Key", "k"}}).body), "secure");
+    EXPECT_FALSE(secure.lastRequest("/b").hasHeader("X-Quorrand-Key"));
+}
+
+}  // namespace
+}  // namespace supportsdk::test
