@@ -1,0 +1,153 @@
+#include "tests/backends/system/PrivateBus.h"
+
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <future>
+
+namespace supportsdk::test {
+
+namespace {
+
+constexpr const char* portalInterface = R"(<node>
+  <interface name="org.freedesktop.portal.OpenURI">
+    <method name="OpenURI">
+      <arg type="s" direction="in"/><arg type="s" direction="in"/>
+      <arg type="a{sv}" direction="in"/><arg type="o" direction="out"/>
+    </method>
+  </interface>
+</node>)";
+
+std::string readLine(int descriptor) {
+    std::string line;
+    for (char letter = 0; letter != '\n'; line += letter) {
+        pollfd ready{descriptor, POLLIN, 0};
+        if (poll(&ready, 1, 10'000) <= 0 || read(descriptor, &letter, 1) != 1) return {};
+    }
+    line.pop_back();
+    return line;
+}
+
+}  // namespace
+
+PrivateBus::PrivateBus() {
+    const auto socket = (folder_.path() / "bus").string();
+    const auto config =
+        folder_.write("bus.conf", "<busconfig><type>session</type><listen>unix:path=" + socket +
+                                      "</listen><auth>EXTERNAL</auth>"
+                                      "<policy context='default'>"
+                                      "<allow send_destination='*'/><allow own='*'/>"
+                                      "<allow eavesdrop='false'/></policy></busconfig>");
+    std::array<int, 2> pipe{};
+    if (::pipe(pipe.data()) != 0) return;
+    const std::string configOption = "--config-file=" + config.string();
+    std::vector<const char*> arguments = {"dbus-daemon", configOption.c_str(), "--nofork",
+                                          "--nopidfile", "--nosyslog",         "--print-address=1",
+                                          nullptr};
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, pipe[1], STDOUT_FILENO);
+    posix_spawn_file_actions_addclose(&actions, pipe[0]);
+    posix_spawn_file_actions_addclose(&actions, pipe[1]);
+    const int failed = posix_spawnp(&process_, arguments[0], &actions, nullptr,
+                                    const_cast<char**>(arguments.data()), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    close(pipe[1]);
+    if (failed == 0) address_ = readLine(pipe[0]);
+    close(pipe[0]);
+}
+
+void PrivateBus::stop() {
+    if (process_ <= 0) return;
+    kill(process_, SIGKILL);
+    waitpid(process_, nullptr, 0);
+    process_ = -1;
+}
+
+FakePortal::FakePortal(const std::string& address, Manner manner, Asked asked)
+    : manner_(manner), asked_(std::move(asked)) {
+    std::promise<void> ready;
+    thread_ = std::thread([this, address, &ready] {
+        g_main_context_push_thread_default(context_);
+        constexpr auto flags =
+            static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+        connection_ = g_dbus_connection_new_for_address_sync(address.c_str(), flags, nullptr,
+                                                             nullptr, nullptr);
+        g_dbus_connection_set_exit_on_close(connection_, FALSE);
+        static const GDBusInterfaceVTable calls = {&FakePortal::call, nullptr, nullptr, {}};
+        auto* node = g_dbus_node_info_new_for_xml(portalInterface, nullptr);
+        g_dbus_connection_register_object(connection_, "/org/freedesktop/portal/desktop",
+                                          node->interfaces[0], &calls, this, nullptr, nullptr);
+        auto* owned = g_dbus_connection_call_sync(
+            connection_, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+            "RequestName", g_variant_new("(su)", "org.freedesktop.portal.Desktop", 0), nullptr,
+            G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr);
+        g_variant_unref(owned);
+        ready.set_value();
+        g_main_loop_run(loop_);
+        g_dbus_connection_close_sync(connection_, nullptr, nullptr);
+        g_object_unref(connection_);
+        g_dbus_node_info_unref(node);
+        g_main_context_pop_thread_default(context_);
+    });
+    ready.get_future().wait();
+}
+
+FakePortal::~FakePortal() {
+    // Through the context: quitting a loop that does not run yet would be lost.
+    g_main_context_invoke(
+        context_,
+        [](gpointer loop) -> gboolean {
+            g_main_loop_quit(static_cast<GMainLoop*>(loop));
+            return G_SOURCE_REMOVE;
+        },
+        loop_);
+    thread_.join();
+    g_main_loop_unref(loop_);
+    g_main_context_unref(context_);
+}
+
+void FakePortal::call(GDBusConnection* connection, const gchar* sender, const gchar*, const gchar*,
+                      const gchar*, GVariant* parameters, GDBusMethodInvocation* invocation,
+                      gpointer self) {
+    static_cast<FakePortal*>(self)->openUri(connection, sender, parameters, invocation);
+}
+
+void FakePortal::openUri(GDBusConnection* connection, const std::string& sender,
+                         GVariant* parameters, GDBusMethodInvocation* invocation) {
+    const gchar* url = nullptr;
+    g_variant_get_child(parameters, 1, "&s", &url);
+    if (asked_) asked_(url);
+    if (manner_ == Manner::refuses) {
+        g_dbus_method_invocation_return_dbus_error(invocation,
+                                                   "org.freedesktop.portal.Error.NotAllowed", "no");
+        return;
+    }
+    auto* options = g_variant_get_child_value(parameters, 2);
+    const gchar* token = "";
+    g_variant_lookup(options, "handle_token", "&s", &token);
+    auto peer = sender.substr(1);
+    std::replace(peer.begin(), peer.end(), '.', '_');
+    const auto path = "/org/freedesktop/portal/desktop/request/" + peer + "/" + token;
+    g_variant_unref(options);
+
+    const auto respond = [&](const std::string& at, guint32 code) {
+        g_dbus_connection_emit_signal(
+            connection, sender.c_str(), at.c_str(), "org.freedesktop.portal.Request", "Response",
+            g_variant_new("(u@a{sv})", code,
+                          g_variant_new_array(G_VARIANT_TYPE("{sv}"), nullptr, 0)),
+            nullptr);
+    };
+    if (manner_ == Manner::answersEarly) respond(path, 0);
+    g_dbus_method_invocation_return_value(invocation, g_variant_new("(o)", path.c_str()));
+    if (manner_ == Manner::opens) respond(path, 0);
+    if (manner_ == Manner::personCancels) respond(path, 1);
+    if (manner_ == Manner::foreignAnswer) respond(path + "x", 0);
+}
+
+}  // namespace supportsdk::test

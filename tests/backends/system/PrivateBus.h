@@ -1,0 +1,62 @@
+#pragma once
+
+#include <gio/gio.h>
+
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/backends/system/TemporaryFolder.h"
+
+namespace supportsdk::test {
+
+/// A session bus for this test alone, in a child process.
+class PrivateBus {
+ public:
+    PrivateBus();
+    ~PrivateBus() { stop(); }
+    PrivateBus(const PrivateBus&) = delete;
+    PrivateBus& operator=(const PrivateBus&) = delete;
+
+    /// Ends the bus as a crash would.
+    void stop();
+    /// "" when the bus could not be started.
+    [[nodiscard]] const std::string& address() const { return address_; }
+
+ private:
+    TemporaryFolder folder_;
+    int process_ = -1;
+    std::string address_;
+};
+
+/// A desktop portal on that bus, on a thread of its own.
+class FakePortal {
+ public:
+    enum class Manner { opens, answersEarly, personCancels, refuses, staysSilent, foreignAnswer };
+
+    using Asked = std::function<void(const std::string& url)>;
+
+    /// `asked` runs on the portal's thread with each address that it is asked to open.
+    FakePortal(const std::string& address, Manner manner, Asked asked = {});
+    ~FakePortal();
+    FakePortal(const FakePortal&) = delete;
+    FakePortal& operator=(const FakePortal&) = delete;
+
+ private:
+    static void call(GDBusConnection* connection, const gchar* sender, const gchar* path,
+                     const gchar* interface, const gchar* method, GVariant* parameters,
+                     GDBusMethodInvocation* invocation, gpointer self);
+    void openUri(GDBusConnection* connection, const std::string& sender, GVariant* parameters,
+                 GDBusMethodInvocation* invocation);
+
+    const Manner manner_;
+    const Asked asked_;
+    GMainContext* context_ = g_main_context_new();
+    GMainLoop* loop_ = g_main_loop_new(context_, FALSE);
+    GDBusConnection* connection_ = nullptr;
+    std::thread thread_;
+};
+
+}  // namespace supportsdk::test
