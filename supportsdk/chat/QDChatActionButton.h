@@ -18,9 +18,9 @@ class SUPPORTSDK_API QDChatActionButton {
     using Handler =
         std::function<void(const std::string& label, const std::optional<std::string>& action)>;
 
-    /// Reads "key", "lbl" and "uri" of an entry of the line's actions. A key that is among the
+    /// Reads "key", "lbl" and "uri" of an entry of a line's actions. A key that is among the
     /// engine's `selectedActions` makes the button start selected.
-    QDChatActionButton(const std::shared_ptr<QuorrandChat>& chat, const Json& action);
+    QDChatActionButton(const std::shared_ptr<QuorrandChat>& chat, const Json& entry);
 
     /// A tap; nothing happens while it is disabled. Toggles the selection, remembers the key in the
     /// engine's `selectedActions`, where a later tap leaves it, and calls `handleButtonAction`.

@@ -1,0 +1,34 @@
+#include <algorithm>
+
+#include "supportsdk/chat/ChatViewController.h"
+#include "supportsdk/chat/QuorrandChatMessage.h"
+#include "supportsdk/core/Fields.h"
+
+namespace supportsdk {
+
+namespace {
+
+std::string lowerCased(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), [](char character) {
+        return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
+                                                    : character;
+    });
+    return text;
+}
+
+}  // namespace
+
+void ChatViewController::getTranscripts(const std::string& commId) {
+    const auto user = lowerCased("members_users:" + support->identity.membersUsersId.text());
+    engine().ignoreParticipantStatus = true;
+    if (!issue || !issue->transcripts) return;
+    for (const auto& record : dictionaryForKey(*issue->transcripts, commId)) {
+        const auto message = QuorrandChatMessage::createWithTranscript(engine(), record);
+        const auto sender = stringForKey(record, "from_key");
+        if (sender && lowerCased(*sender) == user) message->isMe = true;
+        addMessage(message);
+    }
+    reloadData();
+}
+
+}  // namespace supportsdk

@@ -1,0 +1,144 @@
+#include "supportsdk/chat/QDChatViewController.h"
+
+#include "supportsdk/chat/QDChatViewModel.h"
+
+namespace supportsdk {
+
+namespace {
+
+/// Long enough for a burst of lines to arrive, too short to notice.
+constexpr std::chrono::milliseconds reloadDelay{10};
+constexpr std::chrono::seconds refreshDuration{1};
+
+}  // namespace
+
+QDChatViewController::QDChatViewController(std::shared_ptr<QuorrandChat> engine)
+    : engine_(std::move(engine)) {}
+
+void QDChatViewController::viewDidLoad() {
+    engine_->delegate = weak<QDChatViewController>(this);
+    engine_->typingType = 0;
+    if (isReadOnly) return;
+    entryView = std::make_shared<QDChatMessageEntryView>(*platform().localizer);
+    entryView->delegate = weak<QDChatViewController>(this);
+}
+
+void QDChatViewController::viewWillAppear() {
+    if (!engine_->isActionRequested) clear();
+    engine_->isActionRequested = false;
+}
+
+void QDChatViewController::viewDidAppear() {
+    engine_->postUnreadMessageCount = false;
+    engine_->unreadMessageCount = 0;
+}
+
+void QDChatViewController::viewWillDisappear() {
+    if (const auto picture = view.lock()) picture->endEditing();
+}
+
+void QDChatViewController::connect() {
+    if (!silent) showStatus("Connecting to chat server");
+    engine_->timeout = timeoutChatConnect;
+    engine_->muc = muc;
+    engine_->nickname = nickname;
+    engine_->me = senderId;
+    reloadData();
+    engine_->connect();
+}
+
+void QDChatViewController::disconnect() {
+    engine_->disconnect();
+}
+
+void QDChatViewController::exitChat() {
+    engine_->leaveRoom();
+}
+
+void QDChatViewController::resetChat() {
+    stopReloadTimer();
+    reloadData();
+}
+
+void QDChatViewController::refreshLists() {
+    engine_->requestRoomHistory();
+    refreshTimer_ = platform().mainQueue->after(refreshDuration, [weak = weak(this)] {
+        const auto self = weak.lock();
+        const auto picture = self ? self->view.lock() : nullptr;
+        if (picture) picture->stopRefresh();
+    });
+}
+
+void QDChatViewController::reloadData() {
+    if (const auto picture = view.lock()) picture->reloadData();
+}
+
+void QDChatViewController::startReloadTimer() {
+    stopReloadTimer();
+    if (!isReadOnly && !engine_->isRoomJoined()) return;
+    reloadTimer_ = platform().mainQueue->after(reloadDelay, [weak = weak(this)] {
+        if (const auto self = weak.lock()) self->reloadData();
+    });
+}
+
+void QDChatViewController::addMessage(const std::shared_ptr<QuorrandChatMessage>& message) {
+    engine_->viewModel->addMessage(message);
+}
+
+std::shared_ptr<QuorrandChatMessage> QDChatViewController::lastMessage() const {
+    return engine_->viewModel->lastMessage();
+}
+
+void QDChatViewController::addTypingMessage() {
+    engine_->typingType = 2;
+    engine_->addTypingMessage();
+}
+
+void QDChatViewController::send() {
+    if (const auto picture = view.lock()) picture->endEditing();
+    if (!entryView) return;
+    const auto text = entryView->text();
+    const bool isText = !text.empty() && text != entryView->placeholder;
+    // What could not go out stays in the bar, so that nobody has to type it again.
+    if (isText && !engine_->sendGroupchatMessage(text, false)) return;
+    entryView->reset();
+}
+
+void QDChatViewController::enableSendButton(bool enabled) {
+    if (!entryView) return;
+    entryView->enableSendButton(enabled);
+    if (const auto picture = view.lock()) picture->entryDidChange();
+}
+
+void QDChatViewController::didChangeText(const std::string& text) {
+    enableSendButton(!text.empty());
+}
+
+void QDChatViewController::addMentionToInput(const std::optional<std::string>& mentioned) {
+    if (!entryView || !mentioned || mentioned->empty()) return;
+    entryView->addText(engine_->getInfoType("alias", mentioned).value_or(*mentioned));
+}
+
+std::string QDChatViewController::localized(const std::string& english) const {
+    return platform().localizer->localized(english);
+}
+
+std::string QDChatViewController::hostName() const {
+    return platform().mainBundle->info("CFBundleDisplayName").value_or("");
+}
+
+void QDChatViewController::showStatus(const std::string& english) const {
+    platform().progress->showStatus(localized(english));
+}
+
+void QDChatViewController::warn(const std::string& message) {
+    platform().presenter->showAlert({hostName(), message, {}, {{localized("OK"), {}, {}}}});
+}
+
+void QDChatViewController::alertWithTitle(const std::string& alertTitle,
+                                          const std::string& message) {
+    platform().presenter->showAlert(
+        {localized(alertTitle), localized(message), {}, {{localized("OK"), {}, {}}}});
+}
+
+}  // namespace supportsdk
