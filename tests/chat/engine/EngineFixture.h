@@ -1,0 +1,104 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "supportsdk/chat/QDChatViewModel.h"
+#include "supportsdk/chat/QuorrandChat.h"
+#include "supportsdk/chat/QuorrandChatMessage.h"
+#include "supportsdk/core/NotificationCenter.h"
+#include "tests/support/FakePlatform.h"
+
+namespace supportsdk::test {
+
+/// Writes down what it hears, in short words.
+struct RecordingDelegate : QuorrandChatDelegate {
+    void chatDidConnect(QuorrandChat&, const ChatError&) override { hear("connected"); }
+    void chatDidFailToConnect(QuorrandChat&, const ChatError& error) override {
+        hear("failed: " + error->description);
+    }
+    void chatDidTimeoutConnect(QuorrandChat&, const ChatError&) override { hear("timed out"); }
+    void chatDidNotAuthenticate(QuorrandChat&, const XmppStreamEnd&) override { hear("refused"); }
+    void chatDidDisconnect(QuorrandChat&, const ChatError& error) override {
+        hear(error ? "disconnected: " + error->description : "disconnected");
+    }
+    void chatDidReceiveMessage(QuorrandChat&, const Message& message) override {
+        hear("line " + message->from.value_or("-") + ": " + message->text.value_or("-"));
+        lines.push_back(message);
+    }
+    void chatDidJoinRoom(QuorrandChat&, const std::shared_ptr<XmppRoom>& room,
+                         const ChatError&) override {
+        hear(room ? "joined" : "joined before");
+    }
+    void chatDidLeaveRoom(QuorrandChat&, const std::shared_ptr<XmppRoom>&,
+                          const ChatError&) override {
+        hear("left");
+    }
+    void chatDidTimeoutJoinRoom(QuorrandChat&, const std::shared_ptr<XmppRoom>&,
+                                const ChatError&) override {
+        hear("join timed out");
+    }
+    void chatDidUpdateUnreadCount(QuorrandChat&, std::uint64_t count) override {
+        counts.push_back(count);
+    }
+    void chatRefreshEligibleParticipants(QuorrandChat&) override { hear("refresh"); }
+
+    void hear(const std::string& event) {
+        heard.push_back(event);
+        if (onEvent) onEvent(event);
+    }
+    [[nodiscard]] bool has(const std::string& event) const { return count(event) > 0; }
+    [[nodiscard]] long count(const std::string& event) const {
+        return std::count(heard.begin(), heard.end(), event);
+    }
+    /// What was heard since the last call.
+    std::vector<std::string> take() { return std::exchange(heard, {}); }
+
+    std::vector<std::string> heard;
+    std::vector<Message> lines;
+    std::vector<std::uint64_t> counts;
+    std::function<void(const std::string& event)> onEvent;
+};
+
+using Heard = std::vector<std::string>;
+
+/// An engine with credentials for the room "help@rooms.test", on fakes.
+struct Engine : testing::Test {
+    Engine() {
+        chat->delegate = delegate;
+        chat->jid = "user@example.test/kit";
+        chat->password = "secret";
+        chat->muc = "help@rooms.test";
+        chat->nickname = "members_users:1";
+        chat->me = "members_users:1";
+        chat->timeout = std::chrono::seconds{30};
+    }
+    // Links that were let go of inside their own callbacks.
+    ~Engine() override { fake.queue->drain(); }
+
+    [[nodiscard]] FakeXmppStream::State& stream() const { return *fake.xmpp->streams.back(); }
+    [[nodiscard]] std::size_t streams() const { return fake.xmpp->streams.size(); }
+    void advance(std::chrono::seconds duration) const { fake.queue->advance(duration); }
+
+    /// One's own presence arrives.
+    void enter() const {
+        stream().receive(
+            "<presence from='help@rooms.test/members_users:1'><x "
+            "xmlns='http://jabber.org/protocol/muc#user'><status code='110'/></x></presence>");
+    }
+    void join() {
+        chat->connect();
+        stream().authenticate();
+        enter();
+        delegate->take();
+    }
+    void say(const std::string& from, const std::string& body, const std::string& more = {}) const {
+        stream().receive("<message type='groupchat' from='help@rooms.test/" + from + "'><body>" +
+                         body + "</body>" + more + "</message>");
+    }
+
+    FakePlatform fake;
+    std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
+    std::shared_ptr<QuorrandChat> chat = QuorrandChat::create(fake.platform);
+};
+
+}  // namespace supportsdk::test
