@@ -8,8 +8,8 @@ namespace supportsdk::test {
 namespace {
 
 TEST(QDIssue, ReadsTheUserUnderItsOddKeyAndStoresItUnderTheRightOne) {
-    EXPECT_EQ(QDIssue({{"members_users_id", "7"}}).members_users_id, std::nullopt);
-    const QDIssue issue({{"arrivamembers_users_idl_time", "7"}});
+    EXPECT_EQ(QDIssue(Json{{"members_users_id", "7"}}).members_users_id, std::nullopt);
+    const QDIssue issue(Json{{"arrivamembers_users_idl_time", "7"}});
     EXPECT_EQ(issue.members_users_id, "7");
     EXPECT_EQ(issue.dict(), Json({{"isRated", false}, {"members_users_id", "7"}}));
     EXPECT_EQ(QDIssue(issue.dict()).members_users_id, std::nullopt);
@@ -42,14 +42,14 @@ TEST(QDIssue, TellsItsStateByTheOrderOfTheStatus) {
     for (const auto& [status, display] :
          {Case{Json(), "Open"}, Case{"8", "Open"}, Case{-1, "Open"}, Case{6, "Open"},
           Case{7, "Resolved"}, Case{8, "Closed"}, Case{1e300, "Closed"}}) {
-        const QDIssue issue({{"status", status}});
+        const QDIssue issue(Json{{"status", status}});
         EXPECT_EQ(issue.displayStatus(localizer), display) << status;
         EXPECT_EQ(issue.isOpen() + issue.isResolved() + issue.isClosed(), 1) << status;
     }
 }
 
 TEST(QDIssue, KeepsFiveFieldsWhenCleared) {
-    QDIssue issue({{"id", "1"},
+    QDIssue issue(Json{{"id", "1"},
                    {"status", 7},
                    {"isRated", true},
                    {"resolved", "then"},

@@ -1,0 +1,146 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "supportsdk/core/Error.h"
+#include "supportsdk/core/EventManager.h"
+#include "supportsdk/launcher/SupportButton.h"
+#include "tests/support/FakePlatform.h"
+
+namespace supportsdk::test {
+
+/// Writes down what the button tells, in short words, and keeps what it hands over.
+class RecordingDelegate : public SupportButtonDelegate, public SupportButton::View {
+ public:
+    void supportButtonDidGetSettings(SupportButton&) override { note("settings"); }
+    void supportButtonDidFailToGetSettingsWithError(SupportButton&,
+                                                    const SupportError& error) override {
+        note("no settings: " + words(error));
+    }
+    void supportButtonDidGetCustomer(SupportButton&) override { note("customer"); }
+    void supportButtonDidFailToGetCustomerWithError(SupportButton&,
+                                                    const SupportError& error) override {
+        note("no customer: " + words(error));
+    }
+    void supportButtonDidFailWithError(SupportButton&, const SupportError& error) override {
+        note("failed: " + words(error));
+    }
+    void supportButtonDisplaySupportMenu(SupportButton&, ActionSheet popup) override {
+        sheet = std::move(popup);
+        note("popup");
+    }
+    void supportButtonDisplayView(SupportButton&, std::shared_ptr<SupportMenuView> view) override {
+        menu = std::move(view);
+        note("menu");
+    }
+    void supportButtonDisplayViewController(SupportButton&,
+                                            std::shared_ptr<ScreenController> shown) override {
+        screen = std::move(shown);
+        note("screen " + std::string(screen->className()));
+    }
+    void supportButtonDidRequestExit(SupportButton&) override { note("exit"); }
+    void badgeDidChange(bool visible, const std::string& text) override {
+        note(visible ? "badge " + text : "no badge");
+    }
+
+    std::vector<std::string> told;
+    std::function<void()> onEach;
+    ActionSheet sheet;
+    std::shared_ptr<SupportMenuView> menu;
+    std::shared_ptr<ScreenController> screen;
+
+ private:
+    static std::string words(const SupportError& error) {
+        return error.localizedDescription + " | " + error.localizedFailureReason.value_or("-");
+    }
+    void note(const std::string& what) {
+        told.push_back(what);
+        if (onEach) onEach();
+    }
+};
+
+/// A button on a platform of fakes, with a host that listens.
+class ButtonTest : public testing::Test {
+ protected:
+    ButtonTest() {
+        button->delegate = host;
+        button->view = host;
+    }
+
+    /// Settings of the second layout with these components, and `more` beside them.
+    static Json settings(Json components, const Json& more = Json::object()) {
+        Json advanced = more;
+        advanced["version"] = "2";
+        advanced["components"] = std::move(components);
+        advanced.emplace("defaultMember",
+                         Json{{"memberId", "m"}, {"memberUserId", "u"}, {"memberLocationId", "l"}});
+        return {{"advancedConfiguration", advanced}};
+    }
+
+    void load(const Json& customer = Json()) {
+        button->loadConfigurationJSON(configuration, customer);
+    }
+
+    void loadWith(const Json& components, const Json& more = Json::object()) {
+        load();
+        fakes.http->answerTo("/app/get", 200, settings(components, more));
+    }
+
+    /// The paths of all requests since the latest call, in order.
+    std::vector<std::string> requests() {
+        std::vector<std::string> paths;
+        for (; seen_ < fakes.http->sent.size(); ++seen_) {
+            const auto& request = fakes.http->request(seen_);
+            const auto path = request.url.find("/sdk/v1");
+            paths.push_back(request.method + " " + request.url.substr(path + 7));
+        }
+        return paths;
+    }
+
+    /// What was told since the latest call.
+    std::vector<std::string> told() { return std::exchange(host->told, {}); }
+
+    std::vector<std::string> labels() const {
+        std::vector<std::string> all;
+        for (const auto& entry : button->supportEntries) all.push_back(entry.label);
+        return all;
+    }
+
+    Json bodyOf(const std::string& part) const {
+        for (auto sent = fakes.http->sent.rbegin(); sent != fakes.http->sent.rend(); ++sent) {
+            if (sent->request.url.find(part) != std::string::npos) {
+                return Json::parse(toText(sent->request.body));
+            }
+        }
+        return {};
+    }
+
+    inline static const std::string configuration =
+        R"({"apiHost":"https://api.example.test","integrationId":"i-1","apiKey":"k"})";
+
+    FakePlatform fakes;
+    std::shared_ptr<RecordingDelegate> host = std::make_shared<RecordingDelegate>();
+    std::shared_ptr<SupportButton> button = SupportButton::create(fakes.platform);
+
+ private:
+    std::size_t seen_ = 0;
+};
+
+/// Records the names that go over the event channel while it lives.
+class EventLog {
+ public:
+    std::vector<std::string> names;
+
+ private:
+    Registration observation_ = EventManager::addObserver(
+        [this](const Notification& event) { names.push_back(event.object.text().value_or("")); });
+};
+
+}  // namespace supportsdk::test

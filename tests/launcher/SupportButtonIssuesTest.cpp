@@ -1,0 +1,118 @@
+#include "supportsdk/chat/ChatViewController.h"
+#include "supportsdk/chat/QuorrandChat.h"
+#include "tests/launcher/ButtonFixture.h"
+
+namespace supportsdk::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class SupportButtonIssuesTest : public ButtonTest {
+ protected:
+    SupportButtonIssuesTest() {
+        loadWith({{"chat", {{"enabled", true}}}});
+        told();
+        requests();
+        fakes.progress->shown.clear();
+    }
+    static Json results(const Json& issue) { return {{"results", {issue}}}; }
+    void store(const Json& issue) {
+        button->support->saveCurrentIssue(std::make_shared<QDIssue>(issue));
+    }
+    std::shared_ptr<QDIssue> shownIssue() { return button->chatViewController->issue; }
+    Json storedIssue() {
+        return fakes.defaults->fake().dictionary("supportSDKCurrentIssue").value_or(Json());
+    }
+};
+
+TEST_F(SupportButtonIssuesTest, CreatesStoresAndOpensAFirstIssue) {
+    button->actionChat();
+    EXPECT_THAT(requests(), ElementsAre("POST /issues/create"));
+    EXPECT_THAT(fakes.progress->shown, ElementsAre("status Starting Chat"));
+    fakes.http->answerTo("/create", 200, results({{"id", "5"}, {"status", 1}}));
+    EXPECT_THAT(fakes.progress->shown, ElementsAre("status Starting Chat", "dismiss"));
+    EXPECT_THAT(told(), ElementsAre("screen ChatViewController"));
+    EXPECT_EQ(shownIssue()->id, "5");
+    EXPECT_EQ(button->chatViewController->chatRoomTitle, "");
+    EXPECT_TRUE(button->chatViewController->isVideoUnavailable);
+    EXPECT_EQ(storedIssue()["id"], "5");
+}
+
+TEST_F(SupportButtonIssuesTest, ResumesAnOpenIssueWithTheStoredCredentials) {
+    store({{"id", "5"}, {"xmpp_data", "QUJD"}});
+    button->actionChat();
+    EXPECT_THAT(requests(), ElementsAre("GET /issues/5"));
+    fakes.http->answerTo("/issues/5", 200, results({{"id", "5"}, {"status", 6}}));
+    EXPECT_THAT(told(), ElementsAre("screen ChatViewController"));
+    EXPECT_EQ(shownIssue()->xmpp_data, "QUJD");
+    EXPECT_THAT(requests(), IsEmpty());
+
+    button->actionChat();
+    fakes.http->answerTo("/issues/5", 200, results({{"id", "5"}, {"xmpp_data", "RnJlc2g="}}));
+    EXPECT_EQ(shownIssue()->xmpp_data, "RnJlc2g=");
+}
+
+TEST_F(SupportButtonIssuesTest, ReplacesAFinishedIssueUnderTheSameTap) {
+    store({{"id", "5"}});
+    button->actionChat();
+    fakes.http->answerTo("/issues/5", 200, results({{"id", "5"}, {"status", 7}}));
+    EXPECT_EQ(storedIssue(), Json());
+    EXPECT_THAT(requests(), ElementsAre("GET /issues/5", "POST /issues/create"));
+    fakes.http->answerTo("/create", 200, results({{"id", "6"}}));
+    EXPECT_EQ(shownIssue()->id, "6");
+}
+
+TEST_F(SupportButtonIssuesTest, ReplacesAnIssueThatCannotBeFetchedOnlyOnceANewOneIsThere) {
+    store({{"id", "5"}});
+    button->actionChat();
+    fakes.http->answerTo("/issues/5", 404, Json::object());
+    EXPECT_THAT(told(), IsEmpty());
+    EXPECT_EQ(storedIssue()["id"], "5");
+    fakes.http->answerTo("/create", 200, results({{"id", "6"}}));
+    EXPECT_EQ(storedIssue()["id"], "6");
+}
+
+TEST_F(SupportButtonIssuesTest, EndsQuietlyWhenTheServiceNamesNoIssue) {
+    for (const auto& odd :
+         {Json::object(), Json{{"results", Json::array()}}, Json{{"results", 7}}}) {
+        button->actionChat();
+        fakes.http->answerTo("/create", 200, odd);
+    }
+    store({{"id", "5"}});
+    button->actionChat();
+    fakes.http->answerTo("/issues/5", 200, Json::object());
+    EXPECT_THAT(told(), IsEmpty());
+    EXPECT_EQ(fakes.progress->shown.back(), "dismiss");
+}
+
+TEST_F(SupportButtonIssuesTest, SaysWhyNoIssueCouldBeCreated) {
+    button->actionChat();
+    fakes.http->answerRaw(fakes.http->sent.size() - 1, {500, {}, {}, "Broken"});
+    button->actionChat();
+    fakes.http->answerTo("/create", 202, Json::object());
+    EXPECT_THAT(told(), ElementsAre("failed: Unable to create issue: Broken | -",
+                                    "failed: Unable to create issue | -"));
+
+    button->support->features.supportUnavailable = true;
+    button->support->features.supportUnavailableSummary = "Back at nine";
+    requests();
+    button->actionChat();
+    EXPECT_THAT(told(), ElementsAre("failed: Support unavailable | Back at nine"));
+    EXPECT_THAT(requests(), IsEmpty());
+}
+
+TEST_F(SupportButtonIssuesTest, ChatsOfflineOnAnIssueOfThisDevice) {
+    button->support->chat->isOffline = true;
+    fakes.clock->time += std::chrono::milliseconds{45};
+    fakes.clock->offset = std::chrono::hours{2};
+    button->actionChat();
+    EXPECT_THAT(requests(), IsEmpty());
+    EXPECT_EQ(shownIssue()->id, "T2026-01-31T14:00:30.045Z");
+    EXPECT_EQ(shownIssue()->reference_num, shownIssue()->id);
+    EXPECT_TRUE(shownIssue()->isTemporary);
+    EXPECT_EQ(storedIssue(), Json());
+}
+
+}  // namespace
+}  // namespace supportsdk::test

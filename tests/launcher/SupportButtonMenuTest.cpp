@@ -1,0 +1,142 @@
+#include "tests/launcher/ButtonFixture.h"
+
+namespace supportsdk::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const Json everything = {
+    {"chat", {{"enabled", true}, {"title", "Talk"}}},
+    {"website", {{"enabled", true}, {"website", "https://example.test/help"}}},
+    {"email", {{"enabled", true}, {"email", "help@example.test"}}},
+    {"phone", {{"enabled", true}}},
+};
+const Json withPhone = {{"supportPhone", "+1 555 01 23"}};
+
+class SupportButtonMenuTest : public ButtonTest {
+ protected:
+    void loadStyle(const Json& style, Json more = withPhone) {
+        more["menuAppearance"] = {{"style", style}, {"heading", "Help"}};
+        loadWith(everything, more);
+        told();
+    }
+    void choose(const std::string& label) {
+        for (const auto& entry : button->supportEntries) {
+            if (entry.label == label) return entry.action();
+        }
+        FAIL() << label << " is not in the menu";
+    }
+};
+
+TEST_F(SupportButtonMenuTest, RefusesATapWithoutAProvider) {
+    button->clicked();
+    EXPECT_THAT(told(), ElementsAre("failed: Authorization failed | "
+                                    "Unable to retrieve provider information."));
+}
+
+TEST_F(SupportButtonMenuTest, MapsTheThemesStyleToAPopupOrAList) {
+    struct Case {
+        Json style;
+        int menuStyle;
+        const char* shown;
+    };
+    for (const auto& [style, menuStyle, shown] :
+         {Case{"nomenu", 0, "popup"}, Case{"MENU", 1, "popup"}, Case{"button", 2, "menu"},
+          Case{"iconlist", 3, "menu"}, Case{"iconlistexit", 4, "menu"}, Case{"pie", 3, "menu"},
+          Case{Json(), 3, "menu"}}) {
+        loadStyle(style);
+        button->clicked();
+        EXPECT_EQ(button->menuStyle, menuStyle) << style;
+        EXPECT_THAT(told(), ElementsAre(shown)) << style;
+    }
+    EXPECT_EQ(host->menu->heading, "Help");
+}
+
+TEST_F(SupportButtonMenuTest, OffersWhatTheSettingsAndTheDeviceAllow) {
+    loadStyle("iconlistexit");
+    button->clicked();
+    EXPECT_THAT(labels(), ElementsAre("Talk", "Website", "E-mail", "Phone", "Exit"));
+
+    fakes.urlOpener->mail = false;
+    fakes.urlOpener->telephone = false;
+    button->support->identity.membersUsersId = {};
+    button->clicked();
+    EXPECT_THAT(labels(), ElementsAre("Website", "Exit"));
+
+    loadStyle("menu", Json::object());
+    fakes.urlOpener->telephone = true;
+    button->support->features.supportWebsiteURL.reset();
+    button->clicked();
+    EXPECT_THAT(labels(), ElementsAre("Talk")) << "neither number, address nor mail";
+}
+
+TEST_F(SupportButtonMenuTest, OpensAnEmptyMenuWithAWord) {
+    EventLog events;
+    load();
+    button->clicked();
+    EXPECT_THAT(fakes.progress->shown,
+                ElementsAre("info You do not have any components enabled so you will see an empty "
+                            "menu."));
+    EXPECT_THAT(told(), ElementsAre("menu"));
+    EXPECT_THAT(events.names, ElementsAre("com.goquorrand.event.menu.started"));
+}
+
+TEST_F(SupportButtonMenuTest, ClosesThePopupByCancelOrByAnEntry) {
+    loadStyle("menu");
+    EventLog events;
+    button->clicked();
+    ASSERT_EQ(host->sheet.actions.size(), 5U);
+    EXPECT_EQ(host->sheet.title, "Help");
+    EXPECT_EQ(host->sheet.actions[0].label, "Cancel");
+    EXPECT_EQ(host->sheet.actions[0].style, ActionStyle::cancel);
+    host->sheet.actions[0].handler({});
+    host->sheet.actions[2].handler({});
+    EXPECT_THAT(events.names,
+                ElementsAre("com.goquorrand.event.menu.started", "com.goquorrand.event.menu.ended",
+                            "com.goquorrand.event.menu.ended"));
+    EXPECT_THAT(fakes.urlOpener->opened, ElementsAre("https://example.test/help"));
+}
+
+TEST_F(SupportButtonMenuTest, TakesAFormerMenuAwayAndSurvivesItsUse) {
+    struct Picture : SupportMenuView::View {
+        void menuShouldDisappear(SupportMenuView&) override { ++removals; }
+        int removals = 0;
+    };
+    const auto picture = std::make_shared<Picture>();
+    loadStyle("iconlist");
+    button->clicked();
+    const auto former = host->menu;
+    former->view = picture;
+    button->clicked();
+    EXPECT_EQ(picture->removals, 1);
+    EXPECT_NE(host->menu, former);
+    former->select(1);
+    former->select(99);
+    EXPECT_EQ(picture->removals, 2);
+    button.reset();
+    former->select(1);  // its button is gone
+    EXPECT_THAT(fakes.urlOpener->opened, ElementsAre("https://example.test/help"));
+}
+
+TEST_F(SupportButtonMenuTest, SaysWhyAnAddressDoesNotOpen) {
+    loadStyle("iconlist");
+    button->clicked();
+    told();
+    fakes.urlOpener->works = false;
+    for (const auto* label : {"Website", "E-mail", "Phone"}) choose(label);
+    fakes.queue->drain();
+    EXPECT_THAT(
+        fakes.urlOpener->opened,
+        ElementsAre("https://example.test/help", "mailto:help@example.test", "tel://+15550123"));
+    EXPECT_THAT(told(),
+                ElementsAre("failed: Unable to open webpage | "
+                            "Device may not have internet access or browser.",
+                            "failed: Unable to send email | "
+                            "Email may not be configured on device.",
+                            "failed: Unable to place phone call | Phone number is incorrect."));
+}
+
+}  // namespace
+}  // namespace supportsdk::test

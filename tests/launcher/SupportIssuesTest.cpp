@@ -1,0 +1,152 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "supportsdk/core/QDIssue.h"
+#include "tests/launcher/ButtonFixture.h"
+
+namespace supportsdk::test {
+namespace {
+
+using testing::ElementsAre;
+
+class SupportIssuesTest : public ButtonTest {
+ protected:
+    SupportIssuesTest() {
+        loadWith({});
+        requests();
+    }
+
+    RestCallback note(const std::string& what) {
+        return [this, what](const Json& response) {
+            outcomes.push_back(what + " " + response.value("message", "-"));
+        };
+    }
+
+    Support& support() { return *button->support; }
+    std::vector<std::string> outcomes;
+};
+
+TEST_F(SupportIssuesTest, CreatesAnIssueForTheCustomerOnly) {
+    support().createIssueWithCallbackNumber("+1 555", std::nullopt, note("yes"), note("no"));
+    EXPECT_EQ(bodyOf("/issues/create"),
+              Json({{"callbackNumber", "+1 555"},
+                    {"issues",
+                     {{"members_id", "m"},
+                      {"members_users_id", "u"},
+                      {"members_locations_id", "l"},
+                      {"user_agent", support().clientAppIdentifier()}}}}));
+    // Creation is strict, and 201 is not 200.
+    fakes.http->answerTo("/issues/create", 201, {{"message", "made"}});
+    EXPECT_THAT(outcomes, ElementsAre("no made"));
+
+    requests();
+    support().identity.membersLocationsId = {};
+    support().createIssueWithCallbackNumber(std::nullopt, "It hums", note("yes"), note("no"));
+    EXPECT_EQ(outcomes.size(), 1U) << "the answer came inside the call";
+    fakes.queue->drain();
+    EXPECT_THAT(outcomes, ElementsAre("no made", "no The customer is not known."));
+    EXPECT_THAT(requests(), ElementsAre());
+}
+
+TEST_F(SupportIssuesTest, SendsUserDataOnlyWhenTheUserIsKnown) {
+    support().rateIssue("5", 4, "Good", note("yes"), note("no"));
+    support().resolveIssue("5", note("yes"), note("no"));
+    support().cancelIssue("5", note("yes"), note("no"));
+    EXPECT_THAT(requests(), ElementsAre("POST /issues/rate/5", "POST /issues/resolve/5",
+                                        "POST /issues/cancel/5"));
+    EXPECT_EQ(bodyOf("/rate/"), Json({{"nps_rating", 0}, {"tech_rating", 4}, {"notes", "Good"}}));
+    EXPECT_EQ(bodyOf("/resolve/"), Json({{"resolution", 1}}));
+    EXPECT_EQ(bodyOf("/cancel/"), Json({{"members_users_id", "u"}}));
+
+    support().identity.membersUsersId = {};
+    support().rateIssue("6", 4, "Good", nullptr, nullptr);
+    support().resolveIssue("6", nullptr, nullptr);
+    support().cancelIssue("6", nullptr, nullptr);
+    for (const auto* part : {"/rate/6", "/resolve/6", "/cancel/6"}) {
+        EXPECT_EQ(bodyOf(part), Json::object()) << part;
+    }
+    fakes.http->answerTo("/rate/6", 200, Json::object());
+}
+
+TEST_F(SupportIssuesTest, NamesAnIssueRateableOnlyOnceItIsFinished) {
+    struct Case {
+        int httpStatus;
+        Json body;
+        std::optional<std::string> rateable;
+    };
+    for (const auto& [httpStatus, body, rateable] :
+         {Case{200, {{"results", {{{"id", "5"}, {"status", 7}}}}}, "5"},
+          Case{200, {{"results", {{{"id", "5"}, {"status", 6}}}}}, std::nullopt},
+          Case{200, {{"results", Json::array()}}, std::nullopt},
+          Case{200, {{"results", {Json()}}}, std::nullopt},
+          Case{500, Json::object(), std::nullopt}}) {
+        support().rateableIssueId = "old";
+        support().refreshIssue("5");
+        EXPECT_EQ(support().rateableIssueId, std::nullopt);
+        fakes.http->answerTo("/issues/5", httpStatus, body);
+        EXPECT_EQ(support().rateableIssueId, rateable) << body;
+    }
+    EXPECT_EQ(fakes.log->lines.back(), "failure");
+}
+
+TEST_F(SupportIssuesTest, KeepsTheCurrentIssueAcrossLaunches) {
+    EXPECT_FALSE(support().loadCurrentIssue());
+    support().saveCurrentIssue(std::make_shared<QDIssue>(
+        Json{{"id", "5"}, {"xmpp_data", "QUJD"}, {"transcripts", {{"c", 1}}}}));
+    support().currentIssueId.reset();
+
+    const auto loaded = support().loadCurrentIssue();
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(loaded->transcripts, Json::object());
+    EXPECT_EQ(support().currentIssueId, "5");
+    EXPECT_EQ(support().xmppdata, "QUJD");
+
+    const int flushes = fakes.defaults->fake().flushes;
+    support().saveCurrentIssue(nullptr);
+    EXPECT_EQ(fakes.defaults->fake().flushes, flushes + 1);
+    EXPECT_EQ(support().currentIssueId, "5");
+
+    support().clearCurrentIssue();
+    EXPECT_EQ(support().currentIssueId, std::nullopt);
+    EXPECT_EQ(support().xmppdata, "QUJD") << "credentials stay until the next load";
+    EXPECT_FALSE(support().loadCurrentIssue());
+    EXPECT_EQ(support().xmppdata, std::nullopt);
+}
+
+TEST_F(SupportIssuesTest, FetchesHistoryOnlyWhereItIsEnabled) {
+    support().getHistory();
+    EXPECT_THAT(requests(), ElementsAre());
+
+    support().features.historyEnabled = true;
+    support().getHistory();
+    EXPECT_THAT(requests(), ElementsAre("GET /issues/history?members_locations_id=l"));
+    EXPECT_TRUE(support().isHistoryRequested);
+    fakes.http->answerTo("/history", 200, {{"results", {{{"id", "1"}}, 7}}});
+    EXPECT_FALSE(support().isHistoryRequested);
+    EXPECT_EQ(support().historyEntries.size(), 2U);
+
+    support().getHistory();
+    fakes.http->answerTo("/history", 500, Json::object());
+    EXPECT_TRUE(support().historyEntries.empty());
+    EXPECT_EQ(fakes.progress->shown.back(), "dismiss");
+}
+
+TEST_F(SupportIssuesTest, AsksForJourneysByLocationOrElseByMember) {
+    int completions = 0;
+    const auto ask = [&] { support().getJourneysWithCompletion([&] { ++completions; }); };
+    ask();
+    support().identity.membersLocationsId = {};
+    ask();
+    EXPECT_THAT(requests(), ElementsAre("GET /journeys/data?members_locations_id=l",
+                                        "GET /journeys/data?members_id=m"));
+    fakes.http->answerTo("members_id=m", 200, {{"results", {{{"title", "J"}}}}});
+    EXPECT_EQ(support().journeys->size(), 1U);
+
+    fakes.http->answerTo("members_locations_id=l", 500, Json::object(),
+                         {{"X-Quorrand-DownloadSessionToken", "secret-token"}});
+    EXPECT_EQ(completions, 2);
+    EXPECT_THAT(fakes.log->lines, testing::Not(testing::Contains(testing::HasSubstr("secret"))));
+}
+
+}  // namespace
+}  // namespace supportsdk::test
