@@ -27,7 +27,6 @@ class SUPPORTSDK_API ChatViewController : public QDChatViewController {
 
     void viewDidLoad() override;
     void viewWillAppear() override;
-    void viewDidAppear() override;
     void viewWillDisappear() override;
     void viewDidDisappear() override;
 

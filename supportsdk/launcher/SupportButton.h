@@ -102,6 +102,8 @@ class SUPPORTSDK_API SupportButton : public SupportDelegate,
     void actionEmail();
     void actionPhone();
     void actionExit();
+    /// The developer's settings.
+    void actionSettings();
     [[nodiscard]] bool deviceCanMakePhoneCalls() const;
     /// Sends a request or an event on the event channel.
     void sendRequest(const std::string& request);

@@ -3,6 +3,7 @@
 #include "supportsdk/core/Error.h"
 #include "supportsdk/core/EventManager.h"
 #include "supportsdk/core/EventNames.h"
+#include "supportsdk/core/SettingsViewController.h"
 #include "supportsdk/launcher/SupportButton.h"
 
 namespace supportsdk {
@@ -43,6 +44,10 @@ void SupportButton::actionExit() {
     const auto self = shared_from_this();
     EventManager::notify(event::sdkEnded);
     if (const auto told = delegate.lock()) told->supportButtonDidRequestExit(*this);
+}
+
+void SupportButton::actionSettings() {
+    if (support) displayScreen(std::make_shared<SettingsViewController>(support));
 }
 
 bool SupportButton::deviceCanMakePhoneCalls() const {

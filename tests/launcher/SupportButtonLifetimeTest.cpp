@@ -51,10 +51,11 @@ TEST_P(SupportButtonLifetimeTest, SurvivesItsReleaseInsideAnyCallback) {
     fakes.queue->drain();
     EventManager::notify("com.goquorrand.request.supportsdk.exit");
 
-    EXPECT_EQ(button == nullptr, static_cast<int>(host->told.size()) > GetParam());
+    // Released in each of the fourteen callbacks in turn, and once not at all.
+    EXPECT_EQ(button == nullptr, GetParam() < 14) << testing::PrintToString(host->told);
 }
 
-INSTANTIATE_TEST_SUITE_P(EachCallback, SupportButtonLifetimeTest, testing::Range(0, 18));
+INSTANTIATE_TEST_SUITE_P(EachCallback, SupportButtonLifetimeTest, testing::Range(0, 15));
 
 class SupportButtonReleaseTest : public ButtonTest {};
 
