@@ -1,0 +1,119 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "supportsdk/core/Configuration.h"
+#include "supportsdk/core/CustomerKeys.h"
+#include "supportsdk/core/Deployment.h"
+#include "supportsdk/core/Fields.h"
+#include "supportsdk/core/Settings.h"
+#include "tests/support/FakePlatform.h"
+
+// The examples of docs/configuration.md, loaded as a host would: a reader who copies one must get
+// what the page says.
+
+namespace supportsdk::test {
+namespace {
+
+std::string page() {
+    std::ifstream in(SUPPORTSDK_SOURCE_DIR "/docs/configuration.md");
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+/// The blocks of the page that are marked "json KIND", in their order.
+std::vector<Json> examples(const std::string& kind) {
+    const std::string text = page();
+    const std::string fence = "```json " + kind + "\n";
+    std::vector<Json> found;
+    for (auto at = text.find(fence); at != std::string::npos; at = text.find(fence, at)) {
+        at += fence.size();
+        const auto end = text.find("```", at);
+        const auto json = parseJson(text.substr(at, end - at));
+        EXPECT_TRUE(json) << "an example of kind " << kind << " is not JSON";
+        if (json) found.push_back(*json);
+    }
+    return found;
+}
+
+/// Every key of the objects in `example` stands in backticks in the page's tables or text.
+void expectKeysExplained(const Json& example) {
+    for (const auto& [key, value] : example.items()) {
+        EXPECT_NE(page().find("`" + key), std::string::npos) << "nothing explains " << key;
+    }
+}
+
+TEST(DocumentedExamples, TheConfigurationFillsEveryField) {
+    const auto found = examples("configuration");
+    ASSERT_EQ(found.size(), 1u);
+    FakePlatform fakes;
+    fakes.http->readable["https://www.example.com/support-button.png"] = toBytes("a picture");
+
+    const Configuration configuration(found[0], fakes.platform);
+
+    EXPECT_EQ(configuration.configAPIHost, "https://api.goquorrand.example");
+    EXPECT_EQ(configuration.configIntegrationId, "acme-kiosk");
+    EXPECT_TRUE(configuration.configAPIKey && configuration.configPartnerTeam &&
+                configuration.configPartnerToken && configuration.configPrivateKey);
+    EXPECT_TRUE(configuration.configButtonImage);
+    expectKeysExplained(found[0]);
+}
+
+TEST(DocumentedExamples, TheCustomerUsesKnownKeys) {
+    const auto found = examples("customer");
+    ASSERT_EQ(found.size(), 1u);
+    for (const auto& [key, value] : found[0].items()) {
+        EXPECT_THAT((std::vector<std::string>{kCustomerExternalId, kCustomerLocationExternalId,
+                                              kUserEmail, kUserPhone}),
+                    testing::Contains(key));
+    }
+}
+
+TEST(DocumentedExamples, TheDeploymentIsReadWhole) {
+    const auto found = examples("deployment");
+    ASSERT_EQ(found.size(), 1u);
+    FakePlatform fakes;
+    fakes.mainBundle->files["deployment.json"] = found[0].dump();
+
+    const auto deployment = Deployment::load(*fakes.platform);
+
+    EXPECT_EQ(deployment.productionHost, "https://api.goquorrand.example");
+    EXPECT_EQ(deployment.legacyDomainSuffix, ".quillpost.example");
+    EXPECT_EQ(deployment.domainSuffix, ".goquorrand.example");
+    EXPECT_EQ(deployment.developerServers.size(), 6u);
+}
+
+TEST(DocumentedExamples, BothLayoutsSwitchOnTheSameKit) {
+    const auto found = examples("settings");
+    ASSERT_EQ(found.size(), 2u);
+    ASSERT_FALSE(isComponentLayout(found[0]));
+    ASSERT_TRUE(isComponentLayout(found[1]));
+    const auto& component = dictionaryForKey(found[1], "advancedConfiguration");
+
+    const auto flat = readFlatSettings(found[0], Features(), CallMeTexts());
+    const auto components = readComponentSettings(component, Features(), CallMeTexts());
+
+    for (const auto& settings : {flat, components}) {
+        const auto& on = settings.features;
+        EXPECT_TRUE(on.chatEnabled && on.callmeEnabled && on.kbEnabled && on.websiteEnabled &&
+                    on.emailEnabled && on.phoneEnabled && on.historyEnabled);
+        EXPECT_FALSE(on.formsEnabled || on.supportUnavailable);
+        EXPECT_EQ(on.supportWebsiteURL, "https://www.example.com/help");
+        EXPECT_EQ(on.supportEmailAddress, "help@example.com");
+        EXPECT_EQ(on.supportPhoneNumber, "+1 555 0199");
+        EXPECT_EQ(on.callMeButtonConfirmation, "We will call within the hour.");
+        EXPECT_EQ(settings.titles.chatTitle, "Chat with us");
+        EXPECT_EQ(settings.titles.journeysTitle, "Guides");
+        EXPECT_EQ(stringForKey(settings.defaultMember, "memberId"), "m-1");
+    }
+    EXPECT_TRUE(flat.features.journeysEnabled) << "the flat layout cannot switch journeys off";
+    EXPECT_FALSE(components.features.journeysEnabled);
+    expectKeysExplained(found[0]);
+    expectKeysExplained(component);
+}
+
+}  // namespace
+}  // namespace supportsdk::test
