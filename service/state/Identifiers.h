@@ -1,0 +1,20 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+
+namespace supportsdk::service {
+
+using Time = std::chrono::system_clock::time_point;
+
+/// `bytes` random bytes as lower-case hexadecimal; nobody can guess it.
+std::string randomHex(std::size_t bytes);
+
+/// "yyyy-MM-dd HH:mm:ss", UTC.
+std::string dateTimeText(Time time);
+
+/// "yyyy-MM-dd HH:mm:ss.SSS", UTC.
+std::string preciseDateTimeText(Time time);
+
+}  // namespace supportsdk::service
