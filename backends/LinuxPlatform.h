@@ -19,8 +19,14 @@ struct LinuxPlatformOptions {
     /// The host application's main bundle: configuration files and an optional Info.json. None when
     /// empty.
     std::filesystem::path mainBundleFolder;
-    /// The kit's resources; where the library was installed when empty.
+    /// The kit's resources; when empty, those that were built or installed with the library.
     std::filesystem::path resourcesFolder;
+    /// Languages of the texts by preference, as "de_AT" or "de"; what LANGUAGE, LC_ALL, LC_MESSAGES
+    /// and LANG ask for when empty.
+    std::vector<std::string> languages;
+    /// Where diagnostic lines go: this sink, else the end of this file, else standard error.
+    std::shared_ptr<Log> log;
+    std::filesystem::path logFile;
     /// PEM files of certificate authorities trusted beside the system's, for HTTPS and XMPP.
     std::vector<std::filesystem::path> extraAuthorities;
     /// Lets XMPP streams to loopback addresses go on without TLS. For tests on one machine only.

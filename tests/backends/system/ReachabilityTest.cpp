@@ -205,11 +205,14 @@ TEST_F(ReachabilityTest, ChangesThatMakeNoDifferenceAreNotPushed) {
 TEST_F(ReachabilityTest, TheReferenceMayBeDroppedInsideItsCallback) {
     cable();
     auto internet = to("0.0.0.0");
+    Pushed set;
     ASSERT_TRUE(internet->setCallback([&](std::uint32_t value) {
+        EXPECT_TRUE(set.ends(1));
         internet.reset();
         pushed.add(value);
     }));
     ASSERT_TRUE(internet->setQueue(queue));
+    set.add(1);
 
     ip("route del default");
     EXPECT_TRUE(pushed.ends(0));
