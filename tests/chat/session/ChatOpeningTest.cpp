@@ -1,0 +1,147 @@
+#include "tests/chat/session/ChatSessionFixture.h"
+
+namespace supportsdk::test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+Json withTranscripts() {
+    auto issue = ChatSession::openIssue();
+    issue["transcripts"]["c1"] = {
+        {"a", {{"message", "help"}, {"from_key", "MEMBERS_USERS:7"}}},
+        {"b", {{"message", "sure"}, {"from_key", "users:1"}}},
+    };
+    return issue;
+}
+
+TEST_F(ChatSession, OpensWithTheCredentialsOfTheIssue) {
+    open();
+    EXPECT_THAT(fakes.progress->shown, ElementsAre("status Retrieving chat information."));
+    EXPECT_EQ(toText(fakes.http->sent.back().request.body), R"({"members_users_id":"7"})");
+    answerChatGet();
+    EXPECT_EQ(requests("/chat/enter/c1"), 1);
+    EXPECT_EQ(stream().options.jid, "u7@chat.test/kit");
+    EXPECT_EQ(stream().options.password, "pw");
+    EXPECT_EQ(stream().options.host, "127.0.0.1");
+    EXPECT_EQ(stream().options.port, 5300);
+    EXPECT_EQ(stream().options.connectTimeout, 30s);
+    join();
+    EXPECT_TRUE(wasSent("room@rooms.test/users:7\""));
+    EXPECT_THAT(fakes.progress->shown, ElementsAre("status Retrieving chat information.", "dismiss",
+                                                   "status Connecting to chat server", "dismiss",
+                                                   "status Joining room", "dismiss"));
+    EXPECT_EQ(screen->senderDisplayName, "");
+    EXPECT_EQ(screen->title, "");
+    EXPECT_THAT(events, ElementsAre(event::chatStarted));
+}
+
+TEST_F(ChatSession, StaysEmptyWithoutUsableCredentials) {
+    auto noBlock = openIssue();
+    noBlock.erase("xmpp_data");
+    auto garbage = openIssue();
+    garbage["xmpp_data"] = "bm90IGVuY3J5cHRlZA==";
+    auto noConversation = openIssue();
+    noConversation.erase("comm_id");
+    for (const auto& issue : {noBlock, garbage, noConversation, Json::object()}) {
+        open(issue);
+        EXPECT_EQ(fakes.http->sent.size(), 1) << issue;
+        EXPECT_THAT(lines(), IsEmpty());
+        disappear();
+    }
+}
+
+TEST_F(ChatSession, FallsBackToTranscripts) {
+    open(withTranscripts());
+    answer("/chat/get/c1", {{"message", "gone"}}, 500);
+    EXPECT_EQ(fakes.progress->shown.back(),
+              "error Unable to retrieve chat information. Attempting to retrieve transcripts.");
+    EXPECT_TRUE(screen->isReadOnly);
+    EXPECT_TRUE(screen->entryView);
+    EXPECT_THAT(lines(), ElementsAre("me: help", "they: sure"));
+    EXPECT_THAT(fakes.xmpp->streams, IsEmpty());
+}
+
+TEST_F(ChatSession, ReadOnlyChatIsTranscriptsAndNothingElse) {
+    open(withTranscripts(), true);
+    EXPECT_FALSE(screen->entryView);
+    EXPECT_THAT(screen->rightBarButtons, IsEmpty());
+    EXPECT_THAT(lines(), ElementsAre("me: help", "they: sure"));
+    screen->send();
+    screen->addMentionToInput("agent:1");
+    EXPECT_EQ(fakes.http->sent.size(), 1);
+
+    support->chat->viewModel->clearMessages();
+    for (const auto& record : {Json(), Json(5), Json::array({1}), Json{{"a", nullptr}}}) {
+        auto issue = openIssue();
+        issue["transcripts"]["c1"] = record;
+        open(issue, true);
+    }
+    EXPECT_THAT(lines(), ElementsAre("they: (none)"));
+}
+
+TEST_F(ChatSession, TimeOutOffersAnotherAttempt) {
+    open();
+    answerChatGet();
+    fakes.queue->advance(30s);
+    ASSERT_EQ(fakes.presenter->alerts.size(), 1);
+    EXPECT_EQ(fakes.presenter->alerts.back().title, "Host");
+    EXPECT_THAT(fakes.presenter->alerts.back().message,
+                testing::StartsWith("Timed out while attempting to connect to the chat server."));
+    stream().end(XmppLoss::timedOut);
+    fakes.presenter->choose("Retry");
+    EXPECT_EQ(fakes.progress->shown.back(), "status Connecting to chat server");
+    EXPECT_GE(fakes.xmpp->streams.size(), 2);
+    join();
+    EXPECT_TRUE(support->chat->isRoomJoined());
+    fakes.queue->advance(60s);
+    EXPECT_THAT(fakes.presenter->alerts, IsEmpty());
+}
+
+TEST_F(ChatSession, RefusalsAreToldInWords) {
+    open();
+    answerChatGet();
+    stream().authenticate();
+    fakes.queue->advance(30s);
+    EXPECT_EQ(fakes.presenter->alerts.back().message, "Unable to join chat room.");
+
+    const XmppStreamEnd refused{XmppLoss::credentials, "", "no"};
+    screen->chatDidNotAuthenticate(*support->chat, refused);
+    EXPECT_EQ(fakes.presenter->alerts.back().message, "Unable to log in to the chat.");
+
+    screen->chatDidFailToConnect(*support->chat, refused);
+    EXPECT_EQ(fakes.presenter->alerts.size(), 2) << "it is connected after all";
+    support->chat->maintainConnection = false;
+    support->chat->disconnect();
+    screen->chatDidFailToConnect(*support->chat, refused);
+    EXPECT_EQ(fakes.presenter->alerts.back().message, "Unable to connect to the chat server. no");
+}
+
+TEST_F(ChatSession, AnswersThatComeTooLateDoNothing) {
+    open();
+    screen->cancel();
+    answer("/issues/55", {{"message", "?"}}, 500);
+    answerChatGet();
+    EXPECT_THAT(fakes.xmpp->streams, IsEmpty()) << "the chat was ended before it was open";
+
+    open();
+    const auto inFlight = fakes.http->sent.size();
+    screen->resolveIssueIfPossible();
+    screen->resolveIssue();
+    screen->cancelIssue();
+    screen->videoChatGet("c1");
+    screen->chatEnter("c1");
+    screen->chatExit("c1");
+    screen->startReloadTimer();
+    screen->refreshLists();
+    screen.reset();
+    support.reset();
+    for (auto request = inFlight - 1; request < fakes.http->sent.size(); ++request)
+        fakes.http->answer(request, request % 2 ? 200 : 500, {{"success", true}});
+    fakes.queue->advance(10s);
+    EXPECT_EQ(fakes.progress->shown.back(), "dismiss");
+}
+
+}  // namespace
+}  // namespace supportsdk::test

@@ -1,0 +1,185 @@
+#include "supportsdk/chat/BaseWebViewController.h"
+#include "tests/chat/session/ChatSessionFixture.h"
+
+namespace supportsdk::test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::string invitation(const std::string& room) {
+    return Json{{"secret", QuorrandChatMessage::MD5("video_chat")},
+                {"context", {{"from", room}, {"from_user", "agent:1"}}}}
+        .dump();
+}
+
+TEST_F(ChatSession, TypedTextGoesOutAndTheBarIsEmptied) {
+    open();
+    auto& bar = *screen->entryView;
+    bar.setText("too early");
+    EXPECT_TRUE(bar.isSendEnabled());
+    bar.send();
+    EXPECT_EQ(bar.text(), "too early") << "nothing that was typed is lost";
+
+    answerChatGet();
+    join();
+    bar.setText("Hello <there>");
+    bar.send();
+    EXPECT_TRUE(wasSent("<body>Hello &lt;there&gt;</body>"));
+    EXPECT_EQ(bar.text(), "");
+    EXPECT_FALSE(bar.isSendEnabled());
+
+    const auto sent = stream().sent.size();
+    bar.send();
+    bar.setText(bar.placeholder);
+    bar.send();
+    EXPECT_EQ(stream().sent.size(), sent);
+    EXPECT_EQ(bar.text(), "");
+}
+
+TEST_F(ChatSession, BurstOfLinesIsOneReload) {
+    openAndJoin();
+    screen->addTypingMessage();
+    fakes.queue->advance(1s);
+    const int before = picture->reloads;
+    for (int i = 0; i < 20; ++i) receive("line " + std::to_string(i));
+    EXPECT_EQ(support->chat->typingType, 0);
+    EXPECT_EQ(lines().size(), 20);
+    fakes.queue->advance(9ms);
+    EXPECT_EQ(picture->reloads, before);
+    fakes.queue->advance(1s);
+    EXPECT_EQ(picture->reloads, before + 1);
+
+    answer("/issues/55", {{"results", {{{"id", "55"}, {"status", 7}}}}});
+    EXPECT_EQ(support->rateableIssueId, "55");
+}
+
+TEST_F(ChatSession, StrangerIsShownOnceTheServiceKnowsHim) {
+    openAndJoin();
+    receive("who am I?", "agent:2");
+    EXPECT_THAT(lines(), IsEmpty());
+    answer("/chat/get/c1", {{"participants_eligible", {{"agent:2", Json::object()}}}});
+    EXPECT_THAT(lines(), ElementsAre("they: who am I?"));
+    const int before = picture->reloads;
+    fakes.queue->advance(1s);
+    EXPECT_EQ(picture->reloads, before + 1);
+}
+
+TEST_F(ChatSession, ButtonAddressesAreFollowedBySchemeExactly) {
+    openAndJoin();
+    receive("choose");
+    const auto line = screen->lastMessage();
+    const auto press = [&](const std::optional<std::string>& address) {
+        stream().sent.clear();
+        screen->handleButtonAction(address, "label", line);
+        return stream().sent.size();
+    };
+    for (const auto* silent :
+         {"", "https://x", "HTTP://x", "QD-MSG://x", "qd-msg://", "qd-msg:x", "qd-action://?a=b&c",
+          "qd-relay://x", "qd-connect://x", "mailto:x", ":", "\xFF"})
+        EXPECT_EQ(press(silent), 0) << silent;
+    EXPECT_EQ(press(std::nullopt), 0);
+    EXPECT_THAT(fakes.presenter->presented, IsEmpty());
+
+    EXPECT_EQ(press("qd-msg://Yes, please: 50% & more"), 1);
+    EXPECT_TRUE(wasSent("<body>Yes, please: 50% &amp; more</body>"));
+    EXPECT_EQ(support->chat->typingType, 0);
+
+    for (const auto* address : {"qd-bot://next", "qd-data:1"}) {
+        support->chat->typingType = 0;
+        EXPECT_EQ(press(address), 1);
+        const auto body = Stanza::parse(stream().sent.back())->childText("body");
+        EXPECT_EQ(body, QuorrandChatMessage::createJSONMessage(address, "users:7", *line->id));
+        EXPECT_EQ(support->chat->typingType, 2);
+    }
+
+    press("http://help.test/a b");
+    const auto& navigation =
+        dynamic_cast<NavigationController&>(*fakes.presenter->presented.back());
+    auto& page = dynamic_cast<BaseWebViewController&>(*navigation.children.back());
+    EXPECT_EQ(page.initialUrl, "http://help.test/a b");
+    EXPECT_EQ(page.title, "Attachment");
+    page.viewDidLoad();
+    EXPECT_EQ(page.leftBarButtons.front().label, "Cancel");
+}
+
+TEST_F(ChatSession, AttachmentAndBackKeepsTheList) {
+    openAndJoin();
+    receive(Json{{"secret", QuorrandChatMessage::MD5("attachment")},
+                 {"attachment", {{"url", "https://files.test/1"}}}}
+                .dump());
+    screen->chatDidTapAttachmentForMessage(*support->chat, screen->lastMessage());
+    EXPECT_EQ(fakes.presenter->presented.size(), 1);
+    disappear();
+    const int before = picture->reloads;
+    appear();
+    EXPECT_EQ(picture->reloads, before);
+    disappear();
+    appear();
+    EXPECT_EQ(picture->reloads, before + 1);
+}
+
+TEST_F(ChatSession, LinesCountAsUnreadWhileTheScreenIsAway) {
+    openAndJoin();
+    receive("seen");
+    EXPECT_EQ(support->chat->unreadMessageCount, 0);
+    disappear();
+    EXPECT_EQ(requests("/chat/exit/c1"), 1);
+    receive("unseen");
+    EXPECT_EQ(support->chat->unreadMessageCount, 1);
+    appear();
+    receive("seen again");
+    EXPECT_EQ(support->chat->unreadMessageCount, 0);
+    EXPECT_THAT(events, ElementsAre(event::chatStarted, event::chatEnded, event::chatStarted));
+}
+
+TEST_F(ChatSession, OnlyTheNewestInvitationAsksHowToJoin) {
+    openAndJoin();
+    receive(invitation("call-1"));
+    const auto older = screen->lastMessage();
+    receive(invitation("call-2"));
+    const auto newest = screen->lastMessage();
+    screen->chatDidTapMessageForMessage(*support->chat, older);
+    screen->handleMessageTapped(older);
+    EXPECT_THAT(fakes.presenter->alerts, IsEmpty());
+
+    screen->chatDidTapMessageForMessage(*support->chat, newest);
+    EXPECT_EQ(fakes.presenter->alerts.back().message, "What would you like to do?");
+    const Json call = {{"external_id", "r"}, {"access_token", "t"}};
+    for (const auto* choice :
+         {"Video Chat", "Share Screen", "All Device Screens", "Share Screen"}) {
+        screen->joinVideoChat("call-2");
+        fakes.presenter->choose(choice);
+        EXPECT_EQ(fakes.progress->shown.back(), "status Joining call");
+        answer("/chat/get/call-2", call);
+    }
+    EXPECT_THAT(companion->log, ElementsAre("video r t", "screen r t"))
+        << "once the whole device is shared, it stays so";
+    EXPECT_EQ(fakes.defaults->fake("group.com.goquorrand.BroadcastExtension").values["roomName"],
+              "r");
+    screen->videoChatGet("call-2");
+    answer("/chat/get/call-2", Json::object(), 404);
+    EXPECT_EQ(fakes.progress->shown.back(), "error Unable to join call.");
+
+    screen->isVideoUnavailable = true;
+    screen->chatDidTapMessageForMessage(*support->chat, newest);
+    EXPECT_EQ(fakes.presenter->alerts.back().message,
+              "Video chat and screen sharing is unavailable in this version.");
+}
+
+TEST_F(ChatSession, PullAndMention) {
+    openAndJoin();
+    screen->refreshLists();
+    EXPECT_TRUE(wasSent("maxstanzas=\"50\""));
+    fakes.queue->advance(1s);
+    EXPECT_EQ(picture->refreshesStopped, 1);
+
+    auto& bar = *screen->entryView;
+    bar.setText("ask ");
+    for (const auto* who : {"agent:1", "nobody", "users:7", ""}) screen->addMentionToInput(who);
+    EXPECT_EQ(bar.text(), "ask @bousers:7");
+}
+
+}  // namespace
+}  // namespace supportsdk::test
