@@ -5,7 +5,6 @@
 local array = require "util.array";
 local json = require "util.json";
 local jid = require "util.jid";
-local st = require "util.stanza";
 local xml = require "util.xml";
 local usermanager = require "core.usermanager";
 local portmanager = require "core.portmanager";

@@ -8,7 +8,8 @@
 
 namespace supportsdk::test {
 
-RawServer::RawServer(std::vector<Line> script, bool closeAtEnd) {
+RawServer::RawServer(std::vector<Line> script, bool closeAtEnd,
+                     std::function<void(std::string_view)> heard) {
     listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -18,9 +19,9 @@ RawServer::RawServer(std::vector<Line> script, bool closeAtEnd) {
     if (bind(listener_, generic, size) != 0 || listen(listener_, 8) != 0) return;
     getsockname(listener_, generic, &size);
     port_ = ntohs(address.sin_port);
-    thread_ = std::thread([this, script = std::move(script), closeAtEnd] {
+    thread_ = std::thread([this, script = std::move(script), closeAtEnd, heard = std::move(heard)] {
         client_ = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-        run(script, closeAtEnd);
+        run(script, closeAtEnd, heard);
     });
 }
 
@@ -32,7 +33,8 @@ RawServer::~RawServer() {
     close(listener_);
 }
 
-void RawServer::run(const std::vector<Line>& script, bool closeAtEnd) {
+void RawServer::run(const std::vector<Line>& script, bool closeAtEnd,
+                    const std::function<void(std::string_view)>& heard) {
     for (const auto& line : script) {
         if (!awaitText(line.after)) return;
         std::size_t sent = 0;
@@ -44,6 +46,12 @@ void RawServer::run(const std::vector<Line>& script, bool closeAtEnd) {
         }
     }
     if (closeAtEnd) shutdown(client_, SHUT_RDWR);
+    std::array<char, 65536> buffer{};
+    while (heard) {
+        const auto count = recv(client_, buffer.data(), buffer.size(), 0);
+        if (count <= 0) return;
+        heard({buffer.data(), static_cast<std::size_t>(count)});
+    }
 }
 
 bool RawServer::awaitText(const std::string& text) {

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -10,6 +11,7 @@ namespace supportsdk::test {
 
 /// A server on loopback that plays a script to its first client: waits for a piece of text, says
 /// something. It keeps the connection open afterwards until it is destroyed, unless told to close.
+/// What comes after the script goes to `heard`, on the server's own thread.
 class RawServer {
  public:
     struct Line {
@@ -20,7 +22,8 @@ class RawServer {
 
     /// Accepts, and says nothing.
     RawServer() : RawServer({}, false) {}
-    explicit RawServer(std::vector<Line> script, bool closeAtEnd = false);
+    explicit RawServer(std::vector<Line> script, bool closeAtEnd = false,
+                       std::function<void(std::string_view)> heard = nullptr);
     ~RawServer();
     RawServer(const RawServer&) = delete;
     RawServer& operator=(const RawServer&) = delete;
@@ -31,7 +34,8 @@ class RawServer {
     static std::vector<Line> loginScript();
 
  private:
-    void run(const std::vector<Line>& script, bool closeAtEnd);
+    void run(const std::vector<Line>& script, bool closeAtEnd,
+             const std::function<void(std::string_view)>& heard);
     bool awaitText(const std::string& text);
 
     int listener_ = -1;
