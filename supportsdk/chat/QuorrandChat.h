@@ -251,6 +251,7 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     std::shared_ptr<XmppRoom> makeRoom(const std::string& roomJid);
     void roomDidJoin();
     void roomDidLeave();
+    [[nodiscard]] bool fits(const Stanza& stanza) const;
     void echo(const std::shared_ptr<const Stanza>& stanza, const std::string& text);
 
     template <typename Operation, typename... Arguments>

@@ -95,19 +95,23 @@ void QuorrandChat::requestRoomHistory() {
     if (muc) sendStanza(makeRoomPresence(*muc, historyStanza().get())->xml());
 }
 
-bool QuorrandChat::sendGroupchatMessage(const std::string& text, bool sendOnly) {
+bool QuorrandChat::sendGroupchatMessage(const std::string& typedText, bool sendOnly) {
+    const auto text = cleanText(typedText);
     if (!xmppRoom_ || text.empty()) return false;
     const auto stanza = makeMessage(text);
     setAttribute(stanza->root(), "id", generateUUID());
-    if (stanza->xml().size() > maximumStanzaBytes) {
-        platform->log->write("a chat line is too long to be sent");
-        return false;
-    }
+    if (!fits(*stanza)) return false;
     const bool sent = isConnected();
     xmppRoom_->sendMessage(*stanza);
     firstUse = false;
     if (!sendOnly) echo(stanza, text);
     return sent;
+}
+
+bool QuorrandChat::fits(const Stanza& stanza) const {
+    if (stanza.xml().size() <= maximumStanzaBytes) return true;
+    platform->log->write("a chat line is too long to be sent");
+    return false;
 }
 
 void QuorrandChat::echo(const std::shared_ptr<const Stanza>& stanza, const std::string& text) {
@@ -123,7 +127,7 @@ void QuorrandChat::sendMessage(const std::string& text, const std::string& user)
     const auto stanza = makeMessage(text);
     setAttribute(stanza->root(), "type", "chat");
     setAttribute(stanza->root(), "to", user);
-    sendStanza(stanza->xml());
+    if (fits(*stanza)) sendStanza(stanza->xml());
 }
 
 void QuorrandChat::fetchFriends() {

@@ -13,7 +13,7 @@ namespace supportsdk {
 /// which nobody answers, and tells requests that nobody takes that they are not served
 /// (RFC 6120, 8.2.3). Main thread. Callbacks get the link that calls; while isCalling() it must not
 /// be destroyed.
-class XmppLink {
+class XmppLink : public std::enable_shared_from_this<XmppLink> {
  public:
     struct Callbacks {
         std::function<void(XmppLink&)> authenticated;
@@ -38,6 +38,8 @@ class XmppLink {
  private:
     template <typename Call>
     void calling(Call call) {
+        // A callback may run a loop of its own, in which others let go of this link.
+        const auto self = shared_from_this();
         ++calls_;
         call();
         --calls_;

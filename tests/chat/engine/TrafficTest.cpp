@@ -47,6 +47,7 @@ TEST_F(Engine, sendsNothingEmptyTooLongOrWithoutARoom) {
     EXPECT_FALSE(chat->sendGroupchatMessage("early", false));
     join();
     EXPECT_FALSE(chat->sendGroupchatMessage("", false));
+    EXPECT_FALSE(chat->sendGroupchatMessage("\x01\x02", false));
     // Each becomes five bytes on the wire.
     EXPECT_FALSE(chat->sendGroupchatMessage(std::string(50'000, '&'), false));
     EXPECT_EQ(stream().sent.size(), 2U);

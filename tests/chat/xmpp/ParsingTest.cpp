@@ -2,7 +2,6 @@
 
 #include "supportsdk/chat/xmpp/ChatState.h"
 #include "supportsdk/chat/xmpp/DelayedDelivery.h"
-#include "supportsdk/chat/xmpp/Roster.h"
 #include "supportsdk/chat/xmpp/Stanzas.h"
 
 namespace supportsdk::test {
@@ -52,14 +51,6 @@ TEST(ChatState, isReadFromItsNamespaceOnly) {
     EXPECT_FALSE(chatState(*Stanza::parse("<message><active xmlns='urn:other'/></message>")));
 }
 
-TEST(Roster, readsTheItemsThatHaveAnAddress) {
-    const auto iq = Stanza::parse(
-        "<iq type='result'><query xmlns='jabber:iq:roster'><item jid='a@b'/><item/></query></iq>");
-    EXPECT_EQ(rosterItems(*iq), std::vector<std::string>{"a@b"});
-    EXPECT_TRUE(
-        rosterItems(*Stanza::parse("<iq><query xmlns='x'><item jid='a'/></query></iq>")).empty());
-}
-
 TEST(CleanText, keepsWhatXmlMayHold) {
     const std::string good = "tab\t line\n Grüße \xF0\x9F\x98\x80 <&>";
     EXPECT_EQ(cleanText(good), good);
@@ -95,13 +86,6 @@ TEST(Stanzas, changeOnlyThePersistentFieldOfTheForm) {
               "<value>A</value></field><field var=\"muc#roomconfig_persistentroom\" "
               "type=\"boolean\"><value>1</value></field><field "
               "var=\"muc#roomconfig_persistentroom\"><value>1</value></field><field/></x>");
-}
-
-TEST(Stanzas, identifiersAreRandomAndOfTheirVersion) {
-    const auto one = generateUUID();
-    EXPECT_THAT(one, testing::MatchesRegex(
-                         "[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}"));
-    EXPECT_NE(one, generateUUID());
 }
 
 }  // namespace

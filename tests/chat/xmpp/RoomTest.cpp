@@ -64,16 +64,6 @@ TEST_F(Room, isJoinedByItsOwnPresenceAndNoOther) {
     EXPECT_EQ(sent.at(1), "<presence type=\"unavailable\" to=\"Help@rooms.test/me-2\"/>");
 }
 
-TEST_F(Room, logsWhyItCouldNotBeJoined) {
-    room->joinRoomUsingNickname("me", nullptr);
-    receive(
-        "<presence from='help@rooms.test/me' type='error'><error type='cancel'><conflict "
-        "xmlns='urn:ietf:params:xml:ns:xmpp-stanzas'/></error></presence>");
-    presence("me", "", "<status code='110'/>");
-    EXPECT_FALSE(room->isJoined());
-    EXPECT_EQ(log->lines, std::vector<std::string>{"joining the chat room failed: conflict"});
-}
-
 class RoomEnd : public Room, public testing::WithParamInterface<const char*> {};
 
 TEST_P(RoomEnd, isReportedOnceAndForOneselfOnly) {
