@@ -82,6 +82,7 @@ TEST_F(HttpLifetime, isManyRequestsFromStartToEnd) {
         }
         if (round % 2) queue->pumpFor(milliseconds{round % 5});
     }
+    client.reset();
 }
 
 }  // namespace
