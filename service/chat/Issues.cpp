@@ -92,7 +92,7 @@ void Issues::take(const std::string& id, const std::string& technicianKey) {
 
 std::optional<Json> Issues::close(const std::string& id, int status,
                                   const std::string& resolution) {
-    return change(id, "status", [&](Json& issue) {
+    return change(id, "closed", [&](Json& issue) {
         if (statusOf(issue) >= issueStatus::resolved) return false;
         issue["status"] = status;
         issue["resolved"] = now();

@@ -19,7 +19,8 @@ inline constexpr int resolved = 7;
 inline constexpr int cancelled = 8;
 }  // namespace issueStatus
 
-/// The life of support cases. Each change enters the journal as "issue" (issue_id, status, change).
+/// The life of support cases. Each change enters the journal as "issue" (issue_id, comm_id,
+/// status, and as "change" created, status, taken, closed or rated).
 /// Any thread.
 class Issues {
  public:

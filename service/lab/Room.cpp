@@ -44,7 +44,7 @@ Answer say(Desk& desk, const Call& call) {
     if (!body) return failure(400, "There is no such \"kind\".");
     const auto stanza = writeRoomMessage({text(call.body, "id"), body, text(call.body, "state")});
     if (!desk.rooms.say(*comm, by.key, stanza)) return done(false);
-    desk.issues.take(text(*comm, "issue_id"), by.key);
+    if (desk.store.get(kind::technician, by.key)) desk.issues.take(text(*comm, "issue_id"), by.key);
     return ok({{"body", *body}});
 }
 
