@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "supportsdk/platform/Export.h"
 #include "supportsdk/platform/Values.h"
 
 namespace supportsdk {
@@ -13,28 +14,30 @@ namespace supportsdk {
 /// `dictionary` that is no object all count as missing.
 
 /// The value if it is a string.
-std::optional<std::string> stringForKey(const Json& dictionary, std::string_view key);
+SUPPORTSDK_API std::optional<std::string> stringForKey(const Json& dictionary,
+                                                       std::string_view key);
 /// The value if it is a number; true and false are the numbers 1 and 0.
-std::optional<double> numberForKey(const Json& dictionary, std::string_view key);
+SUPPORTSDK_API std::optional<double> numberForKey(const Json& dictionary, std::string_view key);
 /// The value as a whole number, fractions cut, bounded to the range of the type.
-std::optional<std::int64_t> integerForKey(const Json& dictionary, std::string_view key);
+SUPPORTSDK_API std::optional<std::int64_t> integerForKey(const Json& dictionary,
+                                                         std::string_view key);
 /// The truth of a number or boolean; false for everything else, the string "true" included.
-bool boolForKey(const Json& dictionary, std::string_view key);
+SUPPORTSDK_API bool boolForKey(const Json& dictionary, std::string_view key);
 /// The value if it is an array, else an empty array. Valid as long as `dictionary`.
-const Json& arrayForKey(const Json& dictionary, std::string_view key);
+SUPPORTSDK_API const Json& arrayForKey(const Json& dictionary, std::string_view key);
 /// The value if it is an object, else an empty object. Valid as long as `dictionary`.
-const Json& dictionaryForKey(const Json& dictionary, std::string_view key);
+SUPPORTSDK_API const Json& dictionaryForKey(const Json& dictionary, std::string_view key);
 /// The value of any type, JSON null included; null pointer when the key is missing.
-const Json* valueForKey(const Json& dictionary, std::string_view key);
+SUPPORTSDK_API const Json* valueForKey(const Json& dictionary, std::string_view key);
 
 /// Deeper nesting than this is refused by parseJson().
 inline constexpr int maximumJsonDepth = 128;
 
 /// Parses JSON (RFC 8259). Nothing on a syntax error, invalid UTF-8 or nesting beyond
 /// maximumJsonDepth.
-std::optional<Json> parseJson(std::string_view text);
+SUPPORTSDK_API std::optional<Json> parseJson(std::string_view text);
 
 /// Compact JSON. Bytes that are not UTF-8 become U+FFFD, so it never fails.
-std::string dumpJson(const Json& value);
+SUPPORTSDK_API std::string dumpJson(const Json& value);
 
 }  // namespace supportsdk
