@@ -1,0 +1,36 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "hosts/cli/ScreenAdapter.h"
+#include "supportsdk/chat/QDChatViewController.h"
+
+namespace supportsdk::host {
+
+/// A chat: its lines in groups, their buttons, and the entry bar.
+class ChatAdapter : public ScreenAdapter, public QDChatViewController::View {
+ public:
+    static std::shared_ptr<ChatAdapter> create(std::shared_ptr<QDChatViewController> chat,
+                                               std::function<void()> reloaded);
+
+    bool type(const std::string& text, const std::optional<std::string>& field) override;
+    bool send() override;
+    bool pull() override;
+
+    void reloadData() override { reloaded_(); }
+
+ protected:
+    [[nodiscard]] Json state() const override;
+    bool pressControl(const std::string& label) override;
+
+ private:
+    ChatAdapter(std::shared_ptr<QDChatViewController> chat, std::function<void()> reloaded);
+
+    [[nodiscard]] Json describeLine(const QuorrandChatMessage& line) const;
+
+    std::shared_ptr<QDChatViewController> chat_;
+    std::function<void()> reloaded_;
+};
+
+}  // namespace supportsdk::host

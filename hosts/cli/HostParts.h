@@ -1,0 +1,56 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "hosts/cli/Reports.h"
+#include "supportsdk/platform/Queues.h"
+#include "supportsdk/platform/Screens.h"
+#include "supportsdk/platform/UrlOpener.h"
+
+// The small platform parts of this host: each one reports what it is asked to show.
+
+namespace supportsdk::host {
+
+class HostProgress : public Progress {
+ public:
+    explicit HostProgress(std::shared_ptr<Reports> reports) : reports_(std::move(reports)) {}
+    void showStatus(const std::string& text) override { write("progress", text); }
+    void showError(const std::string& text) override { write("error", text); }
+    void showInfo(const std::string& text) override { write("info", text); }
+    void showSuccess(const std::string& text) override { write("success", text); }
+    void dismiss() override { reports_->write("dismiss"); }
+    void dismissAfter(std::chrono::milliseconds delay) override {
+        reports_->write("dismiss", {{"delay", delay.count()}});
+    }
+    // Nothing is on view for a time, or has a colour.
+    void setMinimumDisplayTime(std::chrono::milliseconds) override {}
+    void setDarkStyle(bool) override {}
+
+ private:
+    void write(const char* is, const std::string& text) { reports_->write(is, {{"text", text}}); }
+
+    std::shared_ptr<Reports> reports_;
+};
+
+class HostTraits : public Traits {
+ public:
+    [[nodiscard]] bool darkMode() const override { return dark; }
+    bool dark = false;
+};
+
+/// Opens nothing: an address of a known kind counts as opened.
+class HostUrlOpener : public UrlOpener {
+ public:
+    HostUrlOpener(std::shared_ptr<Reports> reports, std::shared_ptr<MainQueue> queue)
+        : reports_(std::move(reports)), queue_(std::move(queue)) {}
+    [[nodiscard]] bool canOpen(const std::string& url) override;
+    void open(const std::string& url, std::function<void(bool worked)> completion) override;
+    [[nodiscard]] bool canSendMail() override { return true; }
+
+ private:
+    std::shared_ptr<Reports> reports_;
+    std::shared_ptr<MainQueue> queue_;
+};
+
+}  // namespace supportsdk::host

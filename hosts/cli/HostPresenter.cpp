@@ -1,0 +1,260 @@
+#include "hosts/cli/HostPresenter.h"
+
+#include <algorithm>
+
+namespace supportsdk::host {
+
+namespace {
+
+const char* nameOfStyle(int menuStyle) {
+    switch (menuStyle) {
+        case 2:
+            return "button";
+        case 4:
+            return "iconlistexit";
+        default:
+            return "iconlist";
+    }
+}
+
+}  // namespace
+
+HostPresenter::HostPresenter(std::shared_ptr<Reports> reports) : reports_(std::move(reports)) {
+    // The host's own home screen, on which the kit's screens are pushed.
+    root_->children.push_back(std::make_shared<ScreenController>());
+    layers_.push_back({root_, {}});
+}
+
+HostPresenter::~HostPresenter() = default;
+
+std::shared_ptr<ScreenController> HostPresenter::rootController() {
+    return root_;
+}
+
+void HostPresenter::display(std::shared_ptr<ScreenController> screen) {
+    add(layers_.size() - 1, screen, "displayed");
+}
+
+void HostPresenter::present(std::shared_ptr<ScreenController> screen, ScreenController*) {
+    if (!screen) return;
+    const auto& below = layers_.back();
+    below.controller->presentedController = screen;
+    screen->presentingController = below.controller;
+    layers_.push_back({screen, {}});
+    const auto navigation = std::dynamic_pointer_cast<NavigationController>(screen);
+    if (!navigation) {
+        add(layers_.size() - 1, screen, "presented");
+        return;
+    }
+    const auto children = navigation->children;
+    for (const auto& child : children) add(layers_.size() - 1, child, "presented");
+}
+
+void HostPresenter::push(std::shared_ptr<ScreenController> screen, ScreenController& from) {
+    const auto place = find(from);
+    add(place ? place->layer : layers_.size() - 1, screen, "pushed");
+}
+
+void HostPresenter::pop(ScreenController& screen) {
+    if (const auto place = find(screen)) removeFrom(place->layer, place->index);
+}
+
+void HostPresenter::dismiss(ScreenController& screen) {
+    const auto place = find(screen);
+    if (!place) return;
+    // A presented screen goes with its whole layer; in the host's own one it goes alone.
+    removeFrom(place->layer, place->layer == 0 ? place->index : 0);
+}
+
+void HostPresenter::clear() {
+    choices_.clear();
+    removeFrom(0, 0);
+}
+
+void HostPresenter::add(std::size_t layer, const std::shared_ptr<ScreenController>& screen,
+                        const std::string& how) {
+    if (!screen) return;
+    const auto self = shared_from_this();
+    const auto covered = topShown() ? topShown()->screen : nullptr;
+    if (layer > 0) screen->presentingController = layers_[layer - 1].controller;
+    auto adapter = adapterFor(screen, [weak = weak_from_this(), raw = screen.get()] {
+        if (const auto presenter = weak.lock()) presenter->reloaded(raw);
+    });
+    layers_[layer].screens.push_back({screen, std::move(adapter), how});
+    updateNavigation(layer);
+
+    screen->viewDidLoad();
+    if (covered) covered->viewWillDisappear();
+    screen->viewWillAppear();
+    // It may have left again, by its own doing.
+    if (const auto place = find(*screen)) {
+        reportScreen(layers_[place->layer].screens[place->index], "screen");
+    }
+    if (covered) covered->viewDidDisappear();
+    screen->viewDidAppear();
+}
+
+void HostPresenter::removeFrom(std::size_t layer, std::size_t first) {
+    const auto self = shared_from_this();
+    const auto top = topShown() ? topShown()->screen : nullptr;
+    std::vector<Shown> leaving;
+    while (layers_.size() - 1 > layer) {
+        takeScreens(layers_.back(), 0, leaving);
+        closeLayer();
+    }
+    takeScreens(layers_[layer], first, leaving);
+    if (layer > 0 && first == 0) {
+        closeLayer();
+    } else {
+        updateNavigation(layer);
+    }
+    if (leaving.empty()) return;
+
+    const auto uncovered = topShown() ? topShown()->screen : nullptr;
+    top->viewWillDisappear();
+    if (uncovered) uncovered->viewWillAppear();
+    top->viewDidDisappear();
+    if (uncovered) uncovered->viewDidAppear();
+    for (const auto& gone : leaving) {
+        reports_->write("left", {{"class", gone.screen->className()}});
+    }
+}
+
+void HostPresenter::takeScreens(Layer& layer, std::size_t keep, std::vector<Shown>& taken) {
+    while (layer.screens.size() > keep) {
+        taken.push_back(std::move(layer.screens.back()));
+        layer.screens.pop_back();
+    }
+}
+
+void HostPresenter::closeLayer() {
+    layers_.pop_back();
+    layers_.back().controller->presentedController.reset();
+}
+
+void HostPresenter::updateNavigation(std::size_t layer) {
+    const auto navigation =
+        std::dynamic_pointer_cast<NavigationController>(layers_[layer].controller);
+    if (!navigation) return;
+    navigation->children.resize(layer == 0 ? 1 : 0);
+    for (const auto& shown : layers_[layer].screens) navigation->children.push_back(shown.screen);
+}
+
+const HostPresenter::Shown* HostPresenter::topShown() const {
+    for (auto layer = layers_.rbegin(); layer != layers_.rend(); ++layer) {
+        if (!layer->screens.empty()) return &layer->screens.back();
+    }
+    return nullptr;
+}
+
+std::shared_ptr<ScreenAdapter> HostPresenter::top() const {
+    const auto* shown = topShown();
+    return shown ? shown->adapter : nullptr;
+}
+
+std::optional<HostPresenter::Place> HostPresenter::find(const ScreenController& screen) const {
+    for (std::size_t layer = 0; layer < layers_.size(); ++layer) {
+        const auto& screens = layers_[layer].screens;
+        for (std::size_t index = 0; index < screens.size(); ++index) {
+            if (screens[index].screen.get() == &screen) return Place{layer, index};
+        }
+        // A navigation stands for all that is in it.
+        if (layers_[layer].controller.get() == &screen) return Place{layer, 0};
+    }
+    return std::nullopt;
+}
+
+void HostPresenter::reportScreen(const Shown& shown, const std::string& is) const {
+    auto fields = shown.adapter->describe();
+    fields["how"] = shown.how;
+    reports_->write(is, fields);
+}
+
+void HostPresenter::reloaded(const ScreenController* screen) const {
+    const auto* shown = topShown();
+    if (shown && shown->screen.get() == screen) reportScreen(*shown, "changed");
+}
+
+bool HostPresenter::show() {
+    const auto* shown = topShown();
+    if (!shown) return false;
+    reportScreen(*shown, "screen");
+    return true;
+}
+
+bool HostPresenter::back() {
+    const auto* shown = topShown();
+    if (!shown) return false;
+    const auto screen = shown->screen;
+    const auto adapter = shown->adapter;
+    if (!adapter->press("Back")) dismiss(*screen);
+    return true;
+}
+
+void HostPresenter::showAlert(Alert alert) {
+    Choice choice;
+    for (const auto& field : alert.fields) {
+        choice.placeholders.push_back(field.placeholder);
+        choice.fields.push_back(field.text);
+    }
+    const auto placeholders = choice.placeholders;
+    offer(std::move(choice), alert.actions);
+    Json report = {
+        {"title", alert.title}, {"message", alert.message}, {"buttons", choices_.back().labels}};
+    if (!placeholders.empty()) report["fields"] = placeholders;
+    reports_->write("alert", report);
+}
+
+void HostPresenter::showSheet(ActionSheet sheet) {
+    offer({}, sheet.actions);
+    reports_->write("sheet", {{"heading", sheet.title}, {"entries", choices_.back().labels}});
+}
+
+void HostPresenter::showMenu(std::shared_ptr<SupportMenuView> menu) {
+    menu->view = std::static_pointer_cast<SupportMenuView::View>(shared_from_this());
+    Choice choice;
+    for (const auto& entry : menu->entries) choice.labels.push_back(entry.label);
+    choice.take = [menu](std::size_t index, const auto&) { menu->select(index); };
+    choice.menu = menu;
+    reports_->write("menu", {{"heading", menu->heading},
+                             {"style", nameOfStyle(menu->menuStyle)},
+                             {"entries", choice.labels}});
+    choices_.push_back(std::move(choice));
+}
+
+void HostPresenter::menuShouldDisappear(SupportMenuView& menu) {
+    std::erase_if(choices_, [&](const Choice& choice) { return choice.menu.get() == &menu; });
+}
+
+void HostPresenter::offer(Choice choice, const std::vector<AlertAction>& actions) {
+    for (const auto& action : actions) choice.labels.push_back(action.label);
+    choice.take = [actions](std::size_t index, const std::vector<std::string>& fields) {
+        if (actions[index].handler) actions[index].handler(fields);
+    };
+    choices_.push_back(std::move(choice));
+}
+
+bool HostPresenter::choose(const std::string& label) {
+    if (choices_.empty()) return false;
+    const auto& labels = choices_.back().labels;
+    const auto found = std::find(labels.begin(), labels.end(), label);
+    if (found == labels.end()) return false;
+    const auto index = static_cast<std::size_t>(found - labels.begin());
+    const auto choice = std::move(choices_.back());
+    choices_.pop_back();
+    choice.take(index, choice.fields);
+    return true;
+}
+
+bool HostPresenter::typeIntoAlert(const std::string& text,
+                                  const std::optional<std::string>& field) {
+    if (choices_.empty() || choices_.back().placeholders.empty()) return false;
+    auto& open = choices_.back();
+    const auto found = field ? std::find(open.placeholders.begin(), open.placeholders.end(), *field)
+                             : open.placeholders.begin();
+    if (found == open.placeholders.end()) return false;
+    open.fields[static_cast<std::size_t>(found - open.placeholders.begin())] = text;
+    return true;
+}
+
+}  // namespace supportsdk::host

@@ -1,0 +1,71 @@
+#include "hosts/cli/ScreenAdapter.h"
+
+#include "hosts/cli/ChatAdapter.h"
+#include "hosts/cli/SettingsAdapter.h"
+#include "supportsdk/chat/BaseWebViewController.h"
+
+namespace supportsdk::host {
+
+namespace {
+
+Json labelsOf(const std::vector<BarButton>& buttons) {
+    Json labels = Json::array();
+    for (const auto& button : buttons) labels.push_back(button.label);
+    return labels;
+}
+
+bool pressIn(const std::vector<BarButton>& buttons, const std::string& label) {
+    for (const auto& button : buttons) {
+        if (button.label != label || !button.action) continue;
+        // The screen may change its bars while the action runs.
+        const auto action = button.action;
+        action();
+        return true;
+    }
+    return false;
+}
+
+/// A web page: where it is.
+class WebAdapter : public ScreenAdapter {
+ public:
+    explicit WebAdapter(std::shared_ptr<BaseWebViewController> web)
+        : ScreenAdapter(web), web_(std::move(web)) {}
+
+ protected:
+    [[nodiscard]] Json state() const override { return {{"url", web_->initialUrl}}; }
+
+ private:
+    std::shared_ptr<BaseWebViewController> web_;
+};
+
+}  // namespace
+
+Json ScreenAdapter::describe() const {
+    Json fields = state();
+    fields["class"] = screen_->className();
+    if (!screen_->title.empty()) fields["title"] = screen_->title;
+    if (!screen_->leftBarButtons.empty()) fields["left"] = labelsOf(screen_->leftBarButtons);
+    if (!screen_->rightBarButtons.empty()) fields["right"] = labelsOf(screen_->rightBarButtons);
+    return fields;
+}
+
+bool ScreenAdapter::press(const std::string& label) {
+    return pressIn(screen_->leftBarButtons, label) || pressIn(screen_->rightBarButtons, label) ||
+           pressControl(label);
+}
+
+std::shared_ptr<ScreenAdapter> adapterFor(const std::shared_ptr<ScreenController>& screen,
+                                          std::function<void()> reloaded) {
+    if (auto chat = std::dynamic_pointer_cast<QDChatViewController>(screen)) {
+        return ChatAdapter::create(std::move(chat), std::move(reloaded));
+    }
+    if (auto settings = std::dynamic_pointer_cast<SettingsViewController>(screen)) {
+        return SettingsAdapter::create(std::move(settings), std::move(reloaded));
+    }
+    if (auto web = std::dynamic_pointer_cast<BaseWebViewController>(screen)) {
+        return std::make_shared<WebAdapter>(std::move(web));
+    }
+    return std::make_shared<ScreenAdapter>(screen);
+}
+
+}  // namespace supportsdk::host

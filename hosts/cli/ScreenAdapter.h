@@ -1,0 +1,55 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "supportsdk/platform/Screens.h"
+
+namespace supportsdk::host {
+
+/// One screen as this host shows it: its state as data, and its controls by their labels. The
+/// operations return false when the screen has no such control.
+class ScreenAdapter {
+ public:
+    explicit ScreenAdapter(std::shared_ptr<ScreenController> screen) : screen_(std::move(screen)) {}
+    virtual ~ScreenAdapter() = default;
+    ScreenAdapter(const ScreenAdapter&) = delete;
+    ScreenAdapter& operator=(const ScreenAdapter&) = delete;
+
+    /// Class, title and bar buttons, and what is in state().
+    [[nodiscard]] Json describe() const;
+
+    /// A bar button, or whatever else the screen has with that label.
+    bool press(const std::string& label);
+
+    virtual bool select(std::size_t section, std::size_t row) {
+        (void)section, (void)row;
+        return false;
+    }
+    virtual bool type(const std::string& text, const std::optional<std::string>& field) {
+        (void)text, (void)field;
+        return false;
+    }
+    virtual bool send() { return false; }
+    virtual bool pull() { return false; }
+
+ protected:
+    /// What this screen shows beside title and bars.
+    [[nodiscard]] virtual Json state() const { return Json::object(); }
+    virtual bool pressControl(const std::string& label) {
+        (void)label;
+        return false;
+    }
+
+ private:
+    std::shared_ptr<ScreenController> screen_;
+};
+
+/// The adapter for the class of `screen`. `reloaded` runs whenever the screen reloads its picture,
+/// and not after the adapter is destroyed.
+std::shared_ptr<ScreenAdapter> adapterFor(const std::shared_ptr<ScreenController>& screen,
+                                          std::function<void()> reloaded);
+
+}  // namespace supportsdk::host
