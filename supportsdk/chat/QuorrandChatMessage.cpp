@@ -9,6 +9,7 @@
 #include "supportsdk/chat/QuorrandChat.h"
 #include "supportsdk/chat/xmpp/DelayedDelivery.h"
 #include "supportsdk/core/Fields.h"
+#include "supportsdk/platform/Stanza.h"
 
 namespace supportsdk {
 

@@ -11,12 +11,12 @@
 #include "supportsdk/platform/Clock.h"
 #include "supportsdk/platform/Export.h"
 #include "supportsdk/platform/Platform.h"
-#include "supportsdk/platform/Stanza.h"
 
 namespace supportsdk {
 
 class QDChatActionButton;
 class QuorrandChat;
+class Stanza;
 struct ChatEnvelope;
 
 /// What a line is, first of all. A line with action buttons is one of these too.

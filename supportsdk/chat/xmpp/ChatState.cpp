@@ -3,6 +3,8 @@
 #include <array>
 #include <utility>
 
+#include "supportsdk/platform/Stanza.h"
+
 namespace supportsdk {
 
 std::optional<ChatState> chatState(const Stanza& message) {

@@ -2,9 +2,9 @@
 
 #include <optional>
 
-#include "supportsdk/platform/Stanza.h"
-
 namespace supportsdk {
+
+class Stanza;
 
 /// What the sender is doing (XEP-0085).
 enum class ChatState { active, composing, paused, inactive, gone };
