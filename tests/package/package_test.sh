@@ -25,6 +25,6 @@ cmake -S "$source/tests/package/consumer" -B "$work/build" -G Ninja -DCMAKE_BUIL
 nice -n 5 cmake --build "$work/build" -j2 >"$work/log" || { cat "$work/log" >&2; fail "does not build"; }
 
 export HOME=$work/home XDG_DATA_HOME=$work/data
-"$work/build/quiet" <&- 3>&- || fail "the kit is felt before it is used"
+"$work/build/quiet" || fail "the kit is felt before it is used"
 timeout 30 "$work/build/app" || fail "the host application failed"
 echo "package ok"
