@@ -23,7 +23,8 @@ constexpr std::uint64_t largestStanza = std::uint64_t{1} << 20U;
 // together.
 thread_local StropheConnection* current = nullptr;
 
-// Shared by all streams of the process.
+// Shared by all streams of the process: libstrophe's SHA-1 works in a static buffer, so that two
+// log-ins at once would spoil each other's SCRAM proof.
 std::mutex proofMutex;
 
 void initializeOnce() {
@@ -50,7 +51,7 @@ StropheConnection::StropheConnection(const ConnectionOptions& options, SocketGua
     : guard_(guard),
       callbacks_(std::move(callbacks)),
       port_(options.port),
-      requireTls_(options.requireTls),
+      proofLock_(proofMutex, std::defer_lock),
       log_{&logged, this} {
     initializeOnce();
     current = this;
@@ -83,12 +84,8 @@ void StropheConnection::connect(const PeerAddress& address) {
 }
 
 void StropheConnection::step() {
-    // libstrophe's SHA-1 works in a static buffer, so that two log-ins at once would spoil each
-    // other's SCRAM proof. Not around the TLS handshake, which may block.
-    std::unique_lock lock(proofMutex, std::defer_lock);
-    const bool handshakeIsOver = !requireTls_ || xmpp_conn_is_secured(connection_) != 0;
-    if (!facts_.authenticated && handshakeIsOver) lock.lock();
     xmpp_run_once(context_, 0);
+    if (proofLock_.owns_lock()) proofLock_.unlock();
     // libstrophe would wait for the server to agree.
     if (facts_.malformed) ended_ = true;
 }
@@ -115,7 +112,14 @@ void StropheConnection::endIfFlooded() {
 }
 
 void StropheConnection::logged(void* self, xmpp_log_level_t, const char*, const char* line) {
-    static_cast<StropheConnection*>(self)->facts_.noteLogLine(line);
+    auto& connection = *static_cast<StropheConnection*>(self);
+    connection.facts_.noteLogLine(line);
+    // What follows this line is the proof; the lock is held to the end of the step. Any earlier, it
+    // would be held through a TLS handshake, which may block.
+    if (std::string_view(line).starts_with("RECV: <challenge") &&
+        !connection.proofLock_.owns_lock()) {
+        connection.proofLock_.lock();
+    }
 }
 
 int StropheConnection::socketMade(xmpp_conn_t*, void* socket) {

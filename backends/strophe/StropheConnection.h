@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -67,7 +68,7 @@ class StropheConnection {
     SocketGuard& guard_;
     Callbacks callbacks_;
     std::uint16_t port_;
-    bool requireTls_;
+    std::unique_lock<std::mutex> proofLock_;
     StreamFacts facts_;
     bool ended_ = false;
     std::uint64_t bytesAtLastStanza_ = 0;
