@@ -82,9 +82,9 @@ std::optional<Clock::Time> parseXmppDateTime(std::string_view text) {
     const seconds second{reader.number(2)};
     const auto part = reader.accept('.') ? reader.fraction() : microseconds{0};
     const auto zone = readZone(reader, legacy);
-    // 60 is a leap second.
-    const bool possible = date.ok() && hour < hours{24} && minute < minutes{60} &&
-                          second <= seconds{60} && abs(zone) < hours{24};
+    // The clock counts nanoseconds, which hold no other years; 60 is a leap second.
+    const bool possible = wholeYear > 1677 && wholeYear < 2262 && date.ok() && hour < hours{24} &&
+                          minute < minutes{60} && second <= seconds{60} && abs(zone) < hours{24};
     if (!reader.finished() || !possible) return std::nullopt;
     return Clock::Time(sys_days(date).time_since_epoch() + hour + minute + second + part - zone);
 }

@@ -14,7 +14,7 @@ namespace supportsdk {
 [[nodiscard]] std::optional<Clock::Time> delayedDeliveryDate(const Stanza& message);
 
 /// A moment as XEP-0082 writes it ("2026-01-31T12:00:30.5Z", "...+01:00") or as XEP-0091 does
-/// ("20260131T12:00:30", always UTC).
+/// ("20260131T12:00:30", always UTC); nothing for years outside 1678 to 2261.
 [[nodiscard]] std::optional<Clock::Time> parseXmppDateTime(std::string_view text);
 
 }  // namespace supportsdk
