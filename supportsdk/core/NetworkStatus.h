@@ -33,6 +33,7 @@ class SUPPORTSDK_API NetworkStatus : public std::enable_shared_from_this<Network
         const PlatformPtr& platform);
     static std::shared_ptr<NetworkStatus> reachabilityForLocalWiFi(const PlatformPtr& platform);
 
+    /// With a handle of one's own, which must not be null. Only for std::make_shared.
     NetworkStatus(PlatformPtr platform, std::shared_ptr<ReachabilityRef> ref);
     ~NetworkStatus();
     NetworkStatus(const NetworkStatus&) = delete;

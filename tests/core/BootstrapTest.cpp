@@ -161,7 +161,7 @@ TEST_F(BootstrapTest, theTopScreenLiesBehindPresentationsAndStacks) {
     const auto stack = std::make_shared<NavigationController>();
     stack->children = {std::make_shared<ScreenController>(), leaf};
     const auto ownStack = std::make_shared<OwnStack>();
-    ownStack->children = {leaf};
+    ownStack->children = {std::make_shared<ScreenController>()};
     const auto root = std::make_shared<ScreenController>();
 
     EXPECT_EQ(Support::topViewController(*fakes.platform), nullptr);
