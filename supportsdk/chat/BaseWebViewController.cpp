@@ -2,15 +2,19 @@
 
 namespace supportsdk {
 
-BaseWebViewController::BaseWebViewController(PlatformPtr platform, const std::string& screenTitle,
+BaseWebViewController::BaseWebViewController(const Platform& platform,
+                                             const std::string& screenTitle,
                                              const std::string& backLabel, std::string url)
-    : initialUrl(std::move(url)), platform_(std::move(platform)), backLabel_(backLabel) {
-    title = platform_->localizer->localized(screenTitle);
+    : initialUrl(std::move(url)),
+      presenter_(platform.presenter),
+      backLabel_(platform.localizer->localized(backLabel)) {
+    title = platform.localizer->localized(screenTitle);
 }
 
 void BaseWebViewController::viewDidLoad() {
-    leftBarButtons = {{platform_->localizer->localized(backLabel_),
-                       [this] { platform_->presenter->dismiss(*this); }}};
+    leftBarButtons = {{backLabel_, [this] {
+                           if (const auto presenter = presenter_.lock()) presenter->dismiss(*this);
+                       }}};
 }
 
 }  // namespace supportsdk

@@ -10,7 +10,7 @@ namespace supportsdk {
 /// A screen that shows one web page.
 class SUPPORTSDK_API BaseWebViewController : public ScreenController {
  public:
-    BaseWebViewController(PlatformPtr platform, const std::string& screenTitle,
+    BaseWebViewController(const Platform& platform, const std::string& screenTitle,
                           const std::string& backLabel, std::string url);
 
     [[nodiscard]] std::string_view className() const override { return "BaseWebViewController"; }
@@ -20,7 +20,8 @@ class SUPPORTSDK_API BaseWebViewController : public ScreenController {
     const std::string initialUrl;
 
  private:
-    const PlatformPtr platform_;
+    // Weak, because whoever presents screens keeps them.
+    const std::weak_ptr<Presenter> presenter_;
     const std::string backLabel_;
 };
 

@@ -64,7 +64,7 @@ void ChatViewController::showAttachment(const Message& message) {
 void ChatViewController::presentWebPage(const std::string& url, const std::string& backLabel) {
     auto navigation = std::make_shared<NavigationController>();
     navigation->children.push_back(
-        std::make_shared<BaseWebViewController>(engine().platform, "Attachment", backLabel, url));
+        std::make_shared<BaseWebViewController>(platform(), "Attachment", backLabel, url));
     platform().presenter->present(std::move(navigation), this);
 }
 
