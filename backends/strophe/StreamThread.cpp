@@ -167,11 +167,12 @@ void StreamThread::drive(StropheConnection& connection) {
 }
 
 void StreamThread::advance(StropheConnection& connection, int socketEvents) {
-    const bool readable = (socketEvents & ~POLLOUT) != 0;
-    quietRounds_ = readable ? 0 : quietRounds_ + 1;
     connection.step();
+    // The step also reads what came in after the poll; what that left to do must not wait for the
+    // next wake-up.
+    const bool readable = (socketEvents & ~POLLOUT) != 0;
+    quietRounds_ = connection.hasRead() || readable ? 0 : quietRounds_ + 1;
     if ((socketEvents & POLLOUT) != 0 && pendingWrites_ > 0) --pendingWrites_;
-    if (readable && !connection.hasEnded()) connection.endIfFlooded();
     if (connection.facts().connected && !closing_) giveUpAt_.reset();
 }
 

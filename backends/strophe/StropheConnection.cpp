@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <mutex>
+#include <utility>
 
 #include "backends/strophe/LowDescriptor.h"
 #include "backends/strophe/StanzaConversion.h"
@@ -102,13 +103,14 @@ bool StropheConnection::hasQueuedSends() const {
     return xmpp_conn_send_queue_len(connection_) > 0;
 }
 
-void StropheConnection::endIfFlooded() {
+bool StropheConnection::hasRead() {
+    if (ended_) return false;
     const auto bytes = bytesRead(guard_.descriptor());
-    if (stanzaSeen_) bytesAtLastStanza_ = bytes;
-    stanzaSeen_ = false;
-    if (bytes <= bytesAtLastStanza_ + largestStanza) return;
-    facts_.tooLarge = true;
-    ended_ = true;
+    const bool more = std::exchange(bytesRead_, bytes) != bytes;
+    if (std::exchange(stanzaSeen_, false)) bytesAtLastStanza_ = bytes;
+    facts_.tooLarge = bytes > bytesAtLastStanza_ + largestStanza;
+    ended_ = facts_.tooLarge;
+    return more;
 }
 
 void StropheConnection::logged(void* self, xmpp_log_level_t, const char*, const char* line) {

@@ -53,8 +53,9 @@ class StropheConnection {
     [[nodiscard]] bool hasEnded() const { return ended_; }
     [[nodiscard]] bool hasQueuedSends() const;
     [[nodiscard]] const StreamFacts& facts() const { return facts_; }
-    /// Ends the stream if the stanza that is being received has passed every reasonable size.
-    void endIfFlooded();
+    /// Whether anything was read off the socket since the last call. Ends the stream if the stanza
+    /// that is being received has passed every reasonable size.
+    [[nodiscard]] bool hasRead();
 
  private:
     static void logged(void* self, xmpp_log_level_t level, const char* area, const char* line);
@@ -71,6 +72,7 @@ class StropheConnection {
     std::unique_lock<std::mutex> proofLock_;
     StreamFacts facts_;
     bool ended_ = false;
+    std::uint64_t bytesRead_ = 0;
     std::uint64_t bytesAtLastStanza_ = 0;
     bool stanzaSeen_ = true;
     xmpp_log_t log_;

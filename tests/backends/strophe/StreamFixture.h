@@ -77,9 +77,10 @@ class StreamTest : public testing::Test {
     }
 
     [[nodiscard]] bool awaitUp(const WatchedStream& stream) {
-        return queue->pumpUntil([&] {
-            return !stream.authenticated.empty() || !stream.ends.empty();
-        }) && (stream.ends.empty() || printEnd(stream.ends[0]));
+        return queue->pumpUntil(
+                   [&] { return !stream.authenticated.empty() || !stream.ends.empty(); },
+                   patience) &&
+               (stream.ends.empty() || printEnd(stream.ends[0]));
     }
 
     static bool printEnd(const XmppStreamEnd& end) {
@@ -88,9 +89,11 @@ class StreamTest : public testing::Test {
     }
 
     [[nodiscard]] bool awaitEnd(const WatchedStream& stream) {
-        return queue->pumpUntil([&] { return !stream.ends.empty(); });
+        return queue->pumpUntil([&] { return !stream.ends.empty(); }, patience);
     }
 
+    /// Sanitizers on a busy machine are slow.
+    static constexpr std::chrono::seconds patience{30};
     std::shared_ptr<LoopMainQueue> queue = std::make_shared<LoopMainQueue>();
     std::shared_ptr<SharedLog> log = std::make_shared<SharedLog>();
 };
