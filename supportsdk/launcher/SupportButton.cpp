@@ -37,6 +37,7 @@ SupportButton::SupportButton(PlatformPtr platform) : platform_(std::move(platfor
 SupportButton::~SupportButton() = default;
 
 bool SupportButton::loadConfigurationFile(const std::string& fileName, const Json& information) {
+    const auto self = shared_from_this();
     customerInfo = unlessNull(information);
     const auto json = Support::jsonFromFile(*platform_, fileName);
     reset();

@@ -9,6 +9,7 @@
 namespace supportsdk {
 
 void SupportButton::actionChat() {
+    const auto self = shared_from_this();
     hideBadge();
     if (!support) return;
     if (support->features.supportUnavailable) {
@@ -19,6 +20,7 @@ void SupportButton::actionChat() {
 }
 
 void SupportButton::actionWeb() {
+    const auto self = shared_from_this();
     hideBadge();
     if (!support) return;
     openAddress(support->features.supportWebsiteURL.value_or(""), "Unable to open webpage",
@@ -26,6 +28,7 @@ void SupportButton::actionWeb() {
 }
 
 void SupportButton::actionEmail() {
+    const auto self = shared_from_this();
     hideBadge();
     if (!support) return;
     openAddress("mailto:" + support->features.supportEmailAddress.value_or(""),
@@ -33,6 +36,7 @@ void SupportButton::actionEmail() {
 }
 
 void SupportButton::actionPhone() {
+    const auto self = shared_from_this();
     hideBadge();
     if (!support) return;
     auto number = support->features.supportPhoneNumber.value_or("");
