@@ -12,10 +12,9 @@ TEST_F(Conversation, GoesFromTheTapToTheEndOfTheCase) {
     const auto issue = openChat();
 
     say("Hello, the screen stays dark.");
-    lab("/say", {{"issue", issue},
-                 {"kind", "plain"},
-                 {"message", "Is it plugged in?"},
-                 {"actions", {{{"key", "y"}, {"lbl", "Yes"}, {"uri", "qd-msg://Yes, it is"}}}}});
+    service->say(issue, "Is it plugged in?",
+                 {{"kind", "plain"},
+                  {"actions", {{{"key", "y"}, {"lbl", "Yes"}, {"uri", "qd-msg://Yes, it is"}}}}});
     const auto question = awaitLine("Is it plugged in?", false);
     EXPECT_EQ(question["name"], "Robin Alder");
     EXPECT_EQ(question["buttons"][0]["label"], "Yes");
@@ -25,7 +24,7 @@ TEST_F(Conversation, GoesFromTheTapToTheEndOfTheCase) {
     host->send({{"do", "press"}, {"label", "Yes"}});  // a newer line has frozen it
     host->await("refused");
 
-    lab("/resolve", {{"issue", issue}});
+    ASSERT_TRUE(service->post("/resolve", {{"issue", issue}}));
     host->send({{"do", "press"}, {"label", "End Chat"}});
     host->await("event", {{"name", "com.goquorrand.event.chat.issue_resolved"}});
     host->await("left", {{"class", "ChatViewController"}});
@@ -41,7 +40,7 @@ TEST_F(Conversation, GoesOnAfterANewStartWithItsLines) {
     say("I will be back.");
     host->send({{"do", "quit"}});
     EXPECT_EQ(host->waitForEnd(), 0);
-    lab("/say", {{"issue", issue}, {"message", "We wait."}});
+    service->say(issue, "We wait.");
 
     host = startHost();
     load();
@@ -54,7 +53,8 @@ TEST_F(Conversation, GoesOnAfterANewStartWithItsLines) {
 
     host->send({{"do", "press"}, {"label", "End Chat"}});
     host->await("left");
-    EXPECT_EQ(labIssue(issue)["status"], 7) << "the person has resolved it";
+    EXPECT_EQ(service->get("/issues/" + issue)->at("results")[0]["status"], 7)
+        << "the person has resolved it";
 }
 
 TEST_F(Conversation, CountsLinesThatComeAfterGoingBack) {
@@ -62,7 +62,7 @@ TEST_F(Conversation, CountsLinesThatComeAfterGoingBack) {
     const auto issue = openChat();
     host->send({{"do", "press"}, {"label", "Back"}});
     host->await("left", {{"class", "ChatViewController"}});
-    lab("/say", {{"issue", issue}, {"message", "Are you there?"}});
+    service->say(issue, "Are you there?");
     EXPECT_EQ(host->await("badge")["text"], "1");
 
     host->send({{"do", "tap"}});

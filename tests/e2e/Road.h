@@ -1,12 +1,14 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <httplib.h>
 
+#include <fstream>
+#include <iostream>
 #include <memory>
 #include <string>
 
 #include "tests/support/JsonLinesProcess.h"
+#include "tests/support/ServiceProcess.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace supportsdk::test {
@@ -15,35 +17,31 @@ namespace supportsdk::test {
 /// person at it. Everything is fresh, and gone afterwards.
 class Road : public testing::Test {
  protected:
-    Road() {
-        const auto ready = service.await("ready");
-        configuration = ready["configuration"];
-        customer = ready["customer"];
-        authority = ready.value("caFile", "");
-        labAddress = ready.value("http", "");
+    void SetUp() override {
+        ASSERT_TRUE(service);
         host = startHost();
     }
 
     ~Road() override {
         if (!HasFailure()) return;
-        // Programs' own words, before the folder goes.
-        for (const auto* name : {"host.log", "service.log"}) {
-            std::ifstream log(folder.path / name);
-            std::cerr << "--- " << name << "\n" << log.rdbuf();
-        }
+        // The program's own words, before the folder goes.
+        std::ifstream log(folder.path / "host.log");
+        std::cerr << log.rdbuf();
     }
 
     /// Another start of the application on the same device.
     std::unique_ptr<JsonLinesProcess> startHost() {
         return std::make_unique<JsonLinesProcess>(
             SUPPORTSDK_BINARY_DIR "/hosts/cli/support-host",
-            std::vector<std::string>{"--data", folder.path / "host", "--ca", authority},
+            std::vector<std::string>{"--data", folder.path / "host", "--ca", service->caFile()},
             folder.path / "host.log");
     }
 
     /// From the configuration to a menu that can be tapped.
     void load() {
-        host->send({{"do", "load"}, {"configuration", configuration}, {"customer", customer}});
+        host->send({{"do", "load"},
+                    {"configuration", service->configuration()},
+                    {"customer", service->ready()["customer"]}});
         host->await("delegate", {{"operation", "supportButtonDidGetCustomer"}});
     }
 
@@ -79,29 +77,9 @@ class Road : public testing::Test {
         return found;
     }
 
-    /// What the technician's side does; the answer, or JSON null.
-    Json lab(const std::string& path, const Json& body) {
-        httplib::Client client(labAddress);
-        const auto answer = client.Post("/lab" + path, body.dump(), "application/json");
-        EXPECT_TRUE(answer && answer->status == 200) << path << body;
-        return answer ? Json::parse(answer->body, nullptr, false) : Json();
-    }
-
-    Json labIssue(const std::string& id) {
-        httplib::Client client(labAddress);
-        const auto answer = client.Get("/lab/issues/" + id);
-        return answer ? Json::parse(answer->body, nullptr, false)["results"][0] : Json();
-    }
-
     TemporaryFolder folder;
-    JsonLinesProcess service{SUPPORTSDK_BINARY_DIR "/service/support-service",
-                             {"--data", folder.path / "service"},
-                             folder.path / "service.log"};
+    std::unique_ptr<ServiceProcess> service = ServiceProcess::start();
     std::unique_ptr<JsonLinesProcess> host;
-    Json configuration;
-    Json customer;
-    std::string authority;
-    std::string labAddress;
 };
 
 }  // namespace supportsdk::test

@@ -1,0 +1,132 @@
+#include "hosts/cli/HostPresenter.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <array>
+
+#include "supportsdk/core/Support.h"
+
+namespace supportsdk::host {
+namespace {
+
+using testing::ElementsAre;
+
+/// Writes down its life.
+class PlainScreen : public ScreenController {
+ public:
+    PlainScreen(std::string name, std::vector<std::string>& log)
+        : name_(std::move(name)), log_(log) {}
+    [[nodiscard]] std::string_view className() const override { return name_; }
+    void viewDidLoad() override { note("loaded"); }
+    void viewWillAppear() override { note("appears"); }
+    void viewDidDisappear() override { note("gone"); }
+
+ private:
+    void note(const char* what) { log_.push_back(name_ + " " + what); }
+
+    std::string name_;
+    std::vector<std::string>& log_;
+};
+
+class HostPresenterTest : public testing::Test {
+ protected:
+    HostPresenterTest() {
+        if (pipe2(pipe_.data(), O_NONBLOCK) != 0) ADD_FAILURE();
+        presenter = std::make_shared<HostPresenter>(std::make_shared<Reports>(pipe_[1]));
+    }
+    ~HostPresenterTest() override {
+        close(pipe_[0]);
+        close(pipe_[1]);
+    }
+
+    std::shared_ptr<PlainScreen> screen(const std::string& name) {
+        return std::make_shared<PlainScreen>(name, log);
+    }
+    std::shared_ptr<ScreenController> top() {
+        return Support::topViewController(presenter->rootController());
+    }
+    /// What was reported since the latest call: "kind class".
+    std::vector<std::string> reported() {
+        std::array<char, 65536> bytes{};
+        const auto count = read(pipe_[0], bytes.data(), bytes.size());
+        std::istringstream lines(std::string(bytes.data(), count > 0 ? count : 0));
+        std::vector<std::string> all;
+        for (std::string line; std::getline(lines, line);) {
+            const auto report = Json::parse(line);
+            all.push_back(report.value("is", "") + " " + report.value("class", ""));
+        }
+        return all;
+    }
+
+    std::vector<std::string> log;
+    std::shared_ptr<HostPresenter> presenter;
+
+ private:
+    std::array<int, 2> pipe_{};
+};
+
+TEST_F(HostPresenterTest, StacksPushedScreensAndUncoversThemAgain) {
+    const auto list = screen("List");
+    const auto detail = screen("Detail");
+    presenter->display(list);
+    presenter->push(detail, *list);
+    EXPECT_EQ(top(), detail);
+    presenter->back();
+    EXPECT_EQ(top(), list);
+    EXPECT_THAT(log, ElementsAre("List loaded", "List appears", "Detail loaded", "Detail appears",
+                                 "List gone", "List appears", "Detail gone"));
+    EXPECT_THAT(reported(), ElementsAre("screen List", "screen Detail", "left Detail"));
+}
+
+TEST_F(HostPresenterTest, DismissesAPresentedLayerWithAllThatIsOnIt) {
+    const auto chat = screen("Chat");
+    const auto web = screen("Web");
+    const auto more = screen("More");
+    const auto navigation = std::make_shared<NavigationController>();
+    navigation->children = {web};
+    presenter->display(chat);
+    presenter->present(navigation, chat.get());
+    presenter->push(more, *web);
+    EXPECT_EQ(top(), more);
+    EXPECT_TRUE(web->presentingController.lock());
+    presenter->dismiss(*web);
+    EXPECT_EQ(top(), chat);
+    presenter->dismiss(*web);  // gone already
+    presenter->present(more, nullptr);
+    presenter->dismiss(*chat);  // and what lies over it
+    EXPECT_FALSE(presenter->top());
+    EXPECT_THAT(reported(), ElementsAre("screen Chat", "screen Web", "screen More", "left More",
+                                        "left Web", "screen More", "left More", "left Chat"));
+}
+
+TEST_F(HostPresenterTest, LetsAScreenLeaveFromItsOwnButton) {
+    auto form = screen("Form");
+    form->rightBarButtons = {{"Done", [this, raw = form.get()] { presenter->dismiss(*raw); }}};
+    presenter->display(std::exchange(form, nullptr));
+    EXPECT_FALSE(presenter->top()->press("Cancel"));
+    EXPECT_TRUE(presenter->top()->press("Done"));
+    EXPECT_FALSE(presenter->top());
+}
+
+TEST_F(HostPresenterTest, ClosesAnAlertBeforeItsChoiceOpensTheNext) {
+    std::vector<std::string> typed;
+    const auto second = [&](const auto& fields) {
+        typed = fields;
+        presenter->showAlert({"Second", "", {}, {{"OK", ActionStyle::plain, nullptr}}});
+    };
+    presenter->showAlert({"First", "", {{"Name", ""}}, {{"Go", ActionStyle::plain, second}}});
+    EXPECT_FALSE(presenter->choose("OK"));
+    EXPECT_FALSE(presenter->typeIntoAlert("x", "Street"));
+    EXPECT_TRUE(presenter->typeIntoAlert("Jo", std::nullopt));
+    EXPECT_TRUE(presenter->choose("Go"));
+    EXPECT_THAT(typed, ElementsAre("Jo"));
+    EXPECT_FALSE(presenter->choose("Go"));
+    EXPECT_TRUE(presenter->choose("OK"));
+    EXPECT_FALSE(presenter->choose("OK"));
+}
+
+}  // namespace
+}  // namespace supportsdk::host
