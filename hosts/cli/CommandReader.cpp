@@ -122,8 +122,10 @@ class CommandReader::Thread {
 
     template <typename Work>
     void post(Work work) {
-        shared_->queue->post([shared = shared_, work = std::move(work)]() mutable {
-            if (!shared->isStopped) work(shared->handlers);
+        // Weakly: work that is never run must not keep the queue alive that it waits in.
+        shared_->queue->post([weak = std::weak_ptr(shared_), work = std::move(work)]() mutable {
+            const auto shared = weak.lock();
+            if (shared && !shared->isStopped) work(shared->handlers);
         });
     }
 
