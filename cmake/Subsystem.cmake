@@ -10,6 +10,6 @@ function(supportsdk_subsystem name)
     target_compile_definitions(${name} PRIVATE SUPPORTSDK_BUILDING)
     target_link_libraries(${name} PUBLIC nlohmann_json::nlohmann_json PkgConfig::PUGIXML
                           Threads::Threads ${ARG_LINK})
-    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/Precompiled.h)
+    supportsdk_precompile(${name})
     set_property(GLOBAL APPEND PROPERTY SUPPORTSDK_SUBSYSTEMS ${name})
 endfunction()

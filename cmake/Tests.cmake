@@ -3,8 +3,6 @@
 # One test program with GoogleTest's main. It sees inside the library: it links the archive of all subsystems,
 # or just what LINK names. Labels: unit (default; runs under asan too), threaded (under tsan too), e2e.
 
-find_package(GTest REQUIRED)
-
 # What the sanitizer presets build: the programs of one label.
 add_custom_target(unit_tests)
 add_custom_target(threaded_tests)
@@ -25,8 +23,7 @@ function(supportsdk_test name)
     target_link_libraries(${name} PRIVATE ${ARG_LINK} GTest::gmock_main)
     target_compile_definitions(${name} PRIVATE
         SUPPORTSDK_SOURCE_DIR="${PROJECT_SOURCE_DIR}" SUPPORTSDK_BINARY_DIR="${PROJECT_BINARY_DIR}")
-    target_precompile_headers(${name} PRIVATE
-        ${PROJECT_SOURCE_DIR}/cmake/Precompiled.h <gtest/gtest.h> <gmock/gmock.h>)
+    supportsdk_precompile_test(${name})
     foreach(label IN ITEMS unit threaded)
         if(label IN_LIST ARG_LABELS)
             add_dependencies(${label}_tests ${name})

@@ -9,6 +9,8 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
                     -Wconversion -Wno-sign-conversion -Werror)
+# GLib asks for it; then everything has it, or the precompiled headers would not fit everything.
+add_compile_options(-pthread)
 add_compile_definitions(_FILE_OFFSET_BITS=64)
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

@@ -1,6 +1,7 @@
 #include "supportsdk/chat/xmpp/XmppRoom.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "supportsdk/chat/xmpp/Stanzas.h"
@@ -14,10 +15,11 @@ struct Address {
     std::string resource;
 };
 
-Address split(const std::string& jid) {
-    const auto slash = jid.find('/');
-    if (slash == std::string::npos) return {jid, ""};
-    return {jid.substr(0, slash), jid.substr(slash + 1)};
+Address split(std::string_view jid) {
+    const auto* const slash = std::find(jid.begin(), jid.end(), '/');
+    Address address{std::string(jid.begin(), slash), ""};
+    if (slash != jid.end()) address.resource.assign(slash + 1, jid.end());
+    return address;
 }
 
 /// Servers answer with the room's name in lower case, however it was written (RFC 7622, 3.3).
