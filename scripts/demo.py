@@ -220,6 +220,8 @@ def play(build, interactive):
             person.open_chat(ready)
             (converse_live if interactive else converse)(person)
             print("  The case is closed.")
+            if not interactive:
+                print("\n  Play the person yourself: ./run --interactive")
     except Failure:
         print((folder / "log").read_text(encoding="utf-8", errors="replace")[-4000:], file=sys.stderr)
         raise

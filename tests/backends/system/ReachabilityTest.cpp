@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <cstdlib>
 #include <filesystem>
+#include <thread>
 
 #include "backends/netlink/NetlinkReachability.h"
 #include "backends/netlink/ReachabilityRules.h"
