@@ -126,8 +126,9 @@ void QuorrandChat::linkDidEnd(XmppLink& link, const XmppStreamEnd& end) {
         connect();
     } else {
         // The attempt goes on with another stream; its clock runs on, so that a server that
-        // refuses again and again is reported like one that is silent.
-        if (end.loss == XmppLoss::timedOut) handleConnectTimeout(end);
+        // refuses again and again is reported like one that is silent. Without a clock nobody waits
+        // for it any more.
+        if (end.loss == XmppLoss::timedOut && connectTimer_) handleConnectTimeout(end);
         if (!link_) openStream();
     }
 }

@@ -148,6 +148,15 @@ TEST_F(Engine, keepsAMaintainedStreamForTheNextRoom) {
     EXPECT_EQ(streams(), 1U);
 }
 
+TEST_F(Engine, isSilentAboutAnAttemptThatNobodyWaitsFor) {
+    chat->maintainConnection = true;
+    chat->connect();
+    chat->disconnect();
+    stream().end(XmppLoss::timedOut);
+    advance(1h);
+    EXPECT_TRUE(delegate->heard.empty());
+}
+
 TEST_F(Engine, tellsTheEndOfAnOldStreamFromTheLossOfANewOne) {
     join();
     chat->disconnect();
