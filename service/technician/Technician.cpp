@@ -11,8 +11,9 @@ namespace supportsdk::service {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-/// Bounds how long stop() takes.
+/// These bound how long stop() takes: while the service answers, and while it hangs.
 constexpr int pollMilliseconds = 400;
+constexpr std::chrono::seconds answerTime{2};
 constexpr std::chrono::milliseconds retryTime{100};
 
 }  // namespace
@@ -26,7 +27,9 @@ Technician::Technician(const std::string& lab, Script script) : script_(std::mov
 }
 
 std::optional<Json> Technician::call(const std::string& path, const Json* body) {
+    if (ending_) return std::nullopt;
     httplib::Client client(address_);
+    client.set_read_timeout(answerTime);
     const auto result = body ? client.Post(prefix_ + path, dumpJson(*body), "application/json")
                              : client.Get(prefix_ + path);
     return result && result->status == 200 ? parseJson(result->body) : std::nullopt;
