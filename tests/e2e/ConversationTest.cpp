@@ -44,9 +44,7 @@ TEST_F(Conversation, GoesOnAfterANewStartWithItsLines) {
 
     host = startHost();
     load();
-    host->send({{"do", "tap"}});
-    host->await("menu");
-    host->send({{"do", "choose"}, {"label", "Chat with us"}});
+    chooseChat();
     awaitLine("We wait.", false);
     host->send({{"do", "show"}});
     awaitLine("I will be back.", true);
@@ -65,9 +63,7 @@ TEST_F(Conversation, CountsLinesThatComeAfterGoingBack) {
     service->say(issue, "Are you there?");
     EXPECT_EQ(host->await("badge")["text"], "1");
 
-    host->send({{"do", "tap"}});
-    host->await("menu");
-    host->send({{"do", "choose"}, {"label", "Chat with us"}});
+    chooseChat();
     EXPECT_EQ(host->await("badge")["visible"], false);
     awaitLine("Are you there?", false);
 }

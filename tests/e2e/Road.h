@@ -14,9 +14,12 @@
 namespace supportsdk::test {
 
 /// The whole road on real parts: the local service with its chat server, and support-host with a
-/// person at it. Everything is fresh, and gone afterwards.
+/// person at it. Everything is fresh, and gone afterwards; but for a service that tests share.
 class Road : public testing::Test {
  protected:
+    explicit Road(std::shared_ptr<ServiceProcess> shared = ServiceProcess::start())
+        : service(std::move(shared)) {}
+
     void SetUp() override {
         ASSERT_TRUE(service);
         host = startHost();
@@ -30,11 +33,11 @@ class Road : public testing::Test {
     }
 
     /// Another start of the application on the same device.
-    std::unique_ptr<JsonLinesProcess> startHost() {
-        return std::make_unique<JsonLinesProcess>(
-            SUPPORTSDK_BINARY_DIR "/hosts/cli/support-host",
-            std::vector<std::string>{"--data", folder.path / "host", "--ca", service->caFile()},
-            folder.path / "host.log");
+    std::unique_ptr<JsonLinesProcess> startHost() { return startHost({"--ca", service->caFile()}); }
+    std::unique_ptr<JsonLinesProcess> startHost(std::vector<std::string> arguments) {
+        arguments.insert(arguments.end(), {"--data", folder.path / "host"});
+        return std::make_unique<JsonLinesProcess>(SUPPORTSDK_BINARY_DIR "/hosts/cli/support-host",
+                                                  std::move(arguments), folder.path / "host.log");
     }
 
     /// From the configuration to a menu that can be tapped.
@@ -45,11 +48,15 @@ class Road : public testing::Test {
         host->await("delegate", {{"operation", "supportButtonDidGetCustomer"}});
     }
 
-    /// Taps, chooses chat and waits until the room is joined. Returns the id.
-    std::string openChat() {
+    void chooseChat() {
         host->send({{"do", "tap"}});
         host->await("menu");
         host->send({{"do", "choose"}, {"label", "Chat with us"}});
+    }
+
+    /// Taps, chooses chat and waits until the room is joined. Returns the id.
+    std::string openChat() {
+        chooseChat();
         host->await("screen", {{"class", "ChatViewController"}});
         host->await("progress", {{"text", "Joining room"}});
         host->await("changed");
@@ -78,7 +85,7 @@ class Road : public testing::Test {
     }
 
     TemporaryFolder folder;
-    std::unique_ptr<ServiceProcess> service = ServiceProcess::start();
+    std::shared_ptr<ServiceProcess> service;
     std::unique_ptr<JsonLinesProcess> host;
 };
 

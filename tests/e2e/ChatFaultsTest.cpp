@@ -1,0 +1,230 @@
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "service/state/CredentialBlock.h"
+#include "tests/e2e/FaultRoad.h"
+
+// The chat server fails, before and during a conversation: what the person sees of it.
+
+namespace supportsdk::test {
+namespace {
+
+const char kOpening[] = "Retrieving chat information.";
+const char kConnecting[] = "Connecting to chat server";
+const char kJoining[] = "Joining room";
+
+/// Takes connections and never says a word.
+class SilentServer {
+ public:
+    SilentServer() : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        address_.sin_family = AF_INET;
+        address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address_;
+        auto* const address = reinterpret_cast<sockaddr*>(&address_);
+        EXPECT_EQ(bind(socket_, address, size), 0);
+        EXPECT_EQ(getsockname(socket_, address, &size), 0);
+        EXPECT_EQ(listen(socket_, 8), 0);
+    }
+    ~SilentServer() { close(socket_); }
+    SilentServer(const SilentServer&) = delete;
+    SilentServer& operator=(const SilentServer&) = delete;
+
+    [[nodiscard]] std::uint16_t port() const { return ntohs(address_.sin_port); }
+
+    /// The connections that are waiting to be taken have somebody behind them.
+    bool awaitConnection() {
+        pollfd source{socket_, POLLIN, 0};
+        return poll(&source, 1, 20'000) == 1;
+    }
+
+ private:
+    int socket_;
+    sockaddr_in address_{};
+};
+
+/// So many files that a program started meanwhile has them too.
+class ManyFiles {
+ public:
+    explicit ManyFiles(std::size_t free) {
+        getrlimit(RLIMIT_NOFILE, &before_);
+        auto limit = before_;
+        limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, 4096);
+        isAllowed = limit.rlim_cur >= 2048 && setrlimit(RLIMIT_NOFILE, &limit) == 0;
+        while (isAllowed && open_.size() < 1500 + free)
+            open_.push_back(open("/dev/null", O_RDONLY));
+        for (std::size_t i = 0; isAllowed && i < free; ++i) close(std::exchange(open_[i], -1));
+    }
+    ~ManyFiles() {
+        for (const int each : open_) {
+            if (each >= 0) close(each);
+        }
+        setrlimit(RLIMIT_NOFILE, &before_);
+    }
+    ManyFiles(const ManyFiles&) = delete;
+    ManyFiles& operator=(const ManyFiles&) = delete;
+
+    bool isAllowed = false;
+
+ private:
+    rlimit before_{};
+    std::vector<int> open_;
+};
+
+class ChatFaults : public FaultRoad {
+ protected:
+    ~ChatFaults() override { order("resume"); }
+
+    void order(const char* what) { EXPECT_TRUE(service->post("/prosody", {{"do", what}})); }
+
+    /// The issue that is created next sends its customer to another chat server, or with another
+    /// password.
+    void misdirect(std::uint16_t port, const std::string& password) {
+        const auto configuration = service->configuration();
+        const auto domain = service->ready()["xmpp"]["domain"].get<std::string>();
+        const auto block = service::encryptCredentials(
+            {"c-1", "guest@" + domain, password, "127.0.0.1", port, "members_users:u-101;1"},
+            configuration["apiKey"]);
+        const Json issue = {{"id", "5999"}, {"comm_id", "c-1"}, {"xmpp_data", block.value()}};
+        const Json record = {{"external_id", "c-1@rooms." + domain}};
+        strike("answer", "/issues/create", {{"content", Json{{"results", {issue}}}.dump()}});
+        strike("answer", "/chat/get/", {{"content", record.dump()}});
+    }
+
+    void leave() {
+        press("End Chat");
+        expectSights({"Checking issue status", "left"});
+    }
+
+    /// Sends `text` until the kit has found out that nobody is there, and keeps it for later.
+    bool staysInTheBar(const std::string& text) {
+        const auto end = std::chrono::steady_clock::now() + JsonLinesProcess::patience;
+        while (std::chrono::steady_clock::now() < end) {
+            host->send({{"do", "type"}, {"text", text}});
+            host->send({{"do", "send"}});
+            host->send({{"do", "show"}});
+            if (host->await("screen")["entry"]["text"] == text) return true;
+        }
+        return false;
+    }
+
+    std::vector<std::string> linesOnScreen() {
+        host->send({{"do", "show"}});
+        std::vector<std::string> lines;
+        const auto screen = host->await("screen");
+        for (const auto& group : screen["groups"])
+            for (const auto& line : group["lines"]) lines.push_back(line.value("text", ""));
+        return lines;
+    }
+};
+
+TEST_F(ChatFaults, AConversationOutlivesTheServerAndItsConnection) {
+    load();
+    const auto issue = openChat();
+    say("Before.");
+    order("kill");
+    ASSERT_TRUE(staysInTheBar("Typed meanwhile."));
+
+    order("start");
+    host->await("progress", {{"text", kJoining}});
+    host->await("changed");
+    host->send({{"do", "send"}});
+    awaitLine("Typed meanwhile.", true);
+    service->say(issue, "We are back.");
+    awaitLine("We are back.", false);
+    EXPECT_EQ(linesOnScreen(), (std::vector<std::string>{"Typed meanwhile.", "We are back."}));
+
+    ASSERT_TRUE(service->post("/cut", {{"issue", issue}}));
+    host->await("progress", {{"text", kJoining}});
+    awaitLine("We are back.", false);
+    say("After the cut.");
+    EXPECT_EQ(linesOnScreen(),
+              (std::vector<std::string>{"Typed meanwhile.", "We are back.", "After the cut."}));
+}
+
+TEST_F(ChatFaults, AServerThatFallsSilentInMidConversationHoldsUpNobody) {
+    load();
+    openChat();
+    order("pause");
+    host->send({{"do", "type"}, {"text", "Anybody?"}});
+    host->send({{"do", "send"}});
+    mark();
+    press("End Chat");
+    expectSights({"Checking issue status", "Resolving issue", "left"});
+    host->send({{"do", "quit"}});
+    expectPromptEnd();
+}
+
+TEST_F(ChatFaults, AServerThatNeverSpeaksCanBeLeftAndQuit) {
+    for (const bool leaves : {true, false}) {
+        SilentServer silent;
+        host = startHost();
+        load();
+        misdirect(silent.port(), "secret");
+        mark();
+        chooseChat();
+        expectSights({"Starting Chat", kOpening, kConnecting});
+        ASSERT_TRUE(silent.awaitConnection());
+        if (leaves) leave();
+        host->send({{"do", "quit"}});
+        expectPromptEnd();
+    }
+}
+
+TEST_F(ChatFaults, AWrongPasswordIsSaid) {
+    load();
+    misdirect(service->ready()["xmpp"]["port"], "a guess");
+    mark();
+    chooseChat();
+    expectSights({"Starting Chat", kOpening, kConnecting, "[Unable to log in to the chat.]"});
+    host->send({{"do", "choose"}, {"label", "OK"}});
+    leave();
+    openChat();
+    say("With the right one.");
+}
+
+TEST_F(ChatFaults, AnUntrustedServerIsNeitherToldNorBelievedAnything) {
+    host = startHost({});
+    host->send({{"do", "load"}, {"configuration", service->configuration()}});
+    expectSights({"Unable to retrieve settings: The server's certificate is not trusted."});
+
+    // Over plain HTTP the road leads on, to a chat server that is not trusted either.
+    host->send({{"do", "load"},
+                {"configuration", service->configuration("harbor-lobby", false)},
+                {"customer", service->ready()["customer"]}});
+    host->await("delegate", {{"operation", "supportButtonDidGetCustomer"}});
+    mark();
+    chooseChat();
+    expectSights({"Starting Chat", kOpening, kConnecting,
+                  "[Unable to connect to the chat server. The server's certificate is not "
+                  "accepted: unable to get local issuer certificate.]"});
+    host->send({{"do", "quit"}});
+    expectPromptEnd();
+}
+
+TEST_F(ChatFaults, AHostWithManyOpenFilesChatsOrSaysWhyNot) {
+    for (const std::size_t free : {0U, 40U}) {
+        const ManyFiles files(free);
+        if (!files.isAllowed) GTEST_SKIP() << "needs leave to open 2,048 files";
+        host = startHost();
+        load();
+        mark();
+        if (free > 0) {
+            openChat();
+            say("With fifteen hundred files.");
+            continue;
+        }
+        chooseChat();
+        expectSights(
+            {"Starting Chat", kOpening, kConnecting,
+             "[Unable to connect to the chat server. The process has too many open files.]"});
+    }
+}
+
+}  // namespace
+}  // namespace supportsdk::test

@@ -1,0 +1,285 @@
+#include <array>
+#include <csignal>
+#include <functional>
+
+#include "tests/e2e/FaultRoad.h"
+
+// The service fails at each step of the road: what the person sees of it, and that the way goes on
+// once the service is well again.
+
+namespace supportsdk::test {
+namespace {
+
+enum class Step { settings, customer, create, stored, chatGet, chatEnter, check, resolve, cancel };
+
+constexpr std::array steps = {Step::settings, Step::customer, Step::create,
+                              Step::stored,   Step::chatGet,  Step::chatEnter,
+                              Step::check,    Step::resolve,  Step::cancel};
+
+std::string nameOf(Step step) {
+    static constexpr std::array names = {"settings",  "customer", "create",  "stored", "chatGet",
+                                         "chatEnter", "check",    "resolve", "cancel"};
+    return names[static_cast<std::size_t>(step)];
+}
+
+const char* pathOf(Step step) {
+    switch (step) {
+        case Step::settings:
+            return "/app/get";
+        case Step::customer:
+            return "/customers/resolve";
+        case Step::create:
+            return "/issues/create";
+        case Step::chatGet:
+            return "/chat/get/";
+        case Step::chatEnter:
+            return "/chat/enter/";
+        case Step::resolve:
+            return "/issues/resolve/";
+        case Step::cancel:
+            return "/issues/cancel/";
+        case Step::stored:
+        case Step::check:
+            return "/issues/5";
+    }
+    return "";
+}
+
+struct Row {
+    Step step;
+    const char* fault;
+    std::vector<std::string> sees;
+};
+
+const char kCustomer[] = "customer";
+const char kServer[] = "Request failed: internal server error (500)";
+const char kLost[] = "The connection to the server was lost.";
+const char kCreating[] = "Starting Chat";
+const char kOpening[] = "Retrieving chat information.";
+const char kConnecting[] = "Connecting to chat server";
+const char kJoining[] = "Joining room";
+const char kReadOnly[] = "Unable to retrieve chat information. Attempting to retrieve transcripts.";
+const char kChecking[] = "Checking issue status";
+const char kResolving[] = "Resolving issue";
+const char kCancelling[] = "Cancelling issue";
+
+std::string unresolved(const std::string& why) {
+    return "Unable to resolve issue[" + why + "]";
+}
+
+std::string noCustomer(const std::string& why) {
+    return "Unable to retrieve customer information: " + why;
+}
+
+class ServiceFaults : public FaultRoad {
+ protected:
+    /// Everything before the step goes well, and the fault waits at it.
+    void walkTo(Step step, const std::string& fault) {
+        if (step > Step::customer) load();
+        if (step >= Step::check) openChat();
+        if (step == Step::stored) {
+            openChat();
+            host->send({{"do", "quit"}});
+            EXPECT_EQ(host->waitForEnd(), 0);
+            host = startHost();
+            load();
+        }
+        if (step == Step::cancel) strike("status", pathOf(Step::resolve));
+        const bool isRead = step == Step::stored || step == Step::check;
+        strike(fault, pathOf(step),
+               {{"method", isRead || step == Step::settings ? "GET" : "POST"}});
+        mark();
+    }
+
+    void take(Step step) {
+        if (step >= Step::check) return press("End Chat");
+        if (step >= Step::create) {
+            chooseChat();
+            return;
+        }
+        host->send({{"do", "load"},
+                    {"configuration", service->configuration()},
+                    {"customer", service->ready()["customer"]}});
+    }
+
+    /// The person tries again, and all is well.
+    void tryAgain(Step step) {
+        if (step >= Step::check) {
+            host->send({{"do", "choose"}, {"label", "OK"}});  // the alert, if there is one
+            press("End Chat");
+            host->await("left", {{"class", "ChatViewController"}});
+            return;
+        }
+        if (step < Step::create) load();
+        host->send({{"do", "back"}});  // the screen, if there is one
+        openChat();
+        say("Here I am.");
+    }
+};
+
+const std::vector<Row> rows = {
+    {Step::settings, "status", {"Unable to retrieve settings: " + std::string(kServer)}},
+    {Step::settings, "drop", {"Unable to retrieve settings: " + std::string(kLost)}},
+    // A success that cannot be read counts as one that says nothing: no channel is offered.
+    {Step::settings, "garbage", {kCustomer}},
+    {Step::settings, "list", {kCustomer}},
+    {Step::settings, "cut", {kCustomer}},
+
+    {Step::customer, "status", {noCustomer(kServer)}},
+    {Step::customer, "drop", {noCustomer(kLost)}},
+    {Step::customer, "garbage", {kCustomer}},
+
+    {Step::create, "status", {kCreating, "Unable to create issue: " + std::string(kServer)}},
+    {Step::create, "drop", {kCreating, "Unable to create issue: " + std::string(kLost)}},
+    // Nothing but the end of the progress tells that it came to nothing.
+    {Step::create, "garbage", {kCreating, kGone}},
+    {Step::create, "cut", {kCreating, kGone}},
+
+    // An issue that cannot be had is replaced by a new one; a broken read is repeated unseen.
+    {Step::stored, "status", {kCreating, kCreating, kOpening, kConnecting, kJoining, kGone}},
+    {Step::stored, "drop", {kCreating, kOpening, kConnecting, kJoining, kGone}},
+    {Step::stored, "list", {kCreating, kGone}},
+
+    {Step::chatGet, "status", {kCreating, kOpening, kReadOnly}},
+    {Step::chatGet, "drop", {kCreating, kOpening, kReadOnly}},
+    // Without a record there is no room to join: only the join's own time-out ends this.
+    {Step::chatGet, "garbage", {kCreating, kOpening, kConnecting, kJoining}},
+
+    {Step::chatEnter, "status", {kCreating, kOpening, kConnecting, kJoining, kGone}},
+    {Step::chatEnter, "drop", {kCreating, kOpening, kConnecting, kJoining, kGone}},
+    {Step::chatEnter, "garbage", {kCreating, kOpening, kConnecting, kJoining, kGone}},
+
+    // An issue whose status nobody knows is left alone: the person wants to go.
+    {Step::check, "status", {kChecking, "left"}},
+    {Step::check, "drop", {kChecking, kResolving, "left"}},
+    {Step::check, "garbage", {kChecking, kGone}},
+
+    {Step::resolve, "status", {kChecking, kResolving, kCancelling, "left"}},
+    {Step::resolve, "garbage", {kChecking, kResolving, kCancelling, "left"}},
+    // It was carried out and only the answer was lost: nothing is left to cancel.
+    {Step::resolve, "cut", {kChecking, kResolving, kCancelling, unresolved("")}},
+
+    {Step::cancel, "status", {kChecking, kResolving, kCancelling, unresolved(kServer)}},
+    {Step::cancel, "drop", {kChecking, kResolving, kCancelling, unresolved(kLost)}},
+    {Step::cancel, "garbage", {kChecking, kResolving, kCancelling, unresolved("")}},
+};
+
+class EachFault : public ServiceFaults, public testing::WithParamInterface<Row> {};
+
+TEST_P(EachFault, IsSeenAndOvercome) {
+    const auto& [step, fault, sees] = GetParam();
+    walkTo(step, fault);
+    take(step);
+    expectSights(sees);
+    const bool hasEnded = sees.back() == "left";
+    if (step >= Step::check) {
+        EXPECT_NE(keepsItsIssue(), hasEnded);
+    }
+    if (!hasEnded) tryAgain(step);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, EachFault, testing::ValuesIn(rows), [](const auto& row) {
+    return nameOf(row.param.step) + "_" + row.param.fault;
+});
+
+/// The service leaves the request of a step without an answer.
+class Silence : public ServiceFaults, public testing::WithParamInterface<Step> {
+ protected:
+    void fallInto(Step step) {
+        walkTo(step, "silence");
+        const auto before = service->get("/events")->at("next").get<std::uint64_t>();
+        take(step);
+        ASSERT_TRUE(awaitRequest(pathOf(step), before));
+    }
+
+    bool awaitRequest(const std::string& path, std::uint64_t after) {
+        while (const auto request = service->await("request", Json::object(), after)) {
+            if (request->value("path", "").starts_with("/sdk/v1" + path)) return true;
+            after = request->at("seq");
+        }
+        return false;
+    }
+};
+
+TEST_P(Silence, DoesNotKeepTheApplicationFromEnding) {
+    const std::vector<std::function<void()>> endings = {
+        [this] {
+            host->send({{"do", "quit"}});
+        },
+        [this] { host->closeInput(); },
+        [this] { host->signal(SIGTERM); },
+    };
+    fallInto(GetParam());
+    endings[static_cast<std::size_t>(GetParam()) % endings.size()]();
+    expectPromptEnd();
+}
+
+INSTANTIATE_TEST_SUITE_P(At, Silence, testing::ValuesIn(steps),
+                         [](const auto& step) { return nameOf(step.param); });
+
+TEST_F(ServiceFaults, AnswersThatComeLateAreWaitedFor) {
+    strike("delay", "/", {{"milliseconds", 300}, {"times", 0}});
+    load();
+    openChat();
+    say("Slowly, but here.");
+    mark();
+    press("End Chat");
+    expectSights({kChecking, kResolving, "left"});
+}
+
+TEST_F(ServiceFaults, AScreenThatWaitsCanBeLeft) {
+    load();
+    strike("silence", "/chat/get/");
+    chooseChat();
+    host->await("progress", {{"text", kOpening}});
+    mark();
+    press("End Chat");
+    expectSights({kChecking, kResolving, "left"});
+
+    strike("silence", "/issues/5", {{"method", "GET"}});
+    openChat();
+    mark();
+    press("End Chat");
+    host->await("progress", {{"text", kChecking}});
+    press("Back");
+    expectSights({kChecking, "left"});
+    ASSERT_TRUE(service->remove("/faults"));
+    openChat();
+    say("Here I am.");
+}
+
+TEST_F(ServiceFaults, AServiceThatEndsMeanwhileIsNoticed) {
+    service = ServiceProcess::start();
+    host = startHost();
+    load();
+    strike("silence", "/issues/create");
+    chooseChat();
+    host->await("progress", {{"text", kCreating}});
+    service->signal(SIGTERM);
+    EXPECT_EQ(service->waitForEnd(std::chrono::seconds{2}), 0);
+    expectSights({kCustomer, kCreating, "Unable to create issue: " + std::string(kLost)});
+
+    chooseChat();
+    expectSights({kCreating, "Unable to create issue: Could not connect to the server."});
+    host->send({{"do", "quit"}});
+    expectPromptEnd();
+}
+
+TEST_F(ServiceFaults, AServiceThatHangsKeepsNobodyFromEnding) {
+    JsonLinesProcess technician(SUPPORTSDK_BINARY_DIR "/service/support-technician",
+                                {"--lab", service->ready()["lab"]}, folder.path / "technician.log");
+    load();
+    const auto issue = openChat();
+    ASSERT_TRUE(service->await("line", {{"issue_id", issue}, {"role", "technician"}}));
+    service->signal(SIGSTOP);
+    press("End Chat");
+    host->await("progress", {{"text", kChecking}});
+    host->signal(SIGTERM);
+    expectPromptEnd();
+    technician.signal(SIGTERM);
+    EXPECT_EQ(technician.waitForEnd(std::chrono::seconds{3}), 0);
+    service->signal(SIGCONT);
+}
+
+}  // namespace
+}  // namespace supportsdk::test
