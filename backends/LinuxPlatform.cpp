@@ -38,7 +38,7 @@ fs::path libraryFolder() {
 /// Found from the library, so that an installation can be moved; in a build tree they lie beside
 /// it.
 fs::path defaultResources() {
-    const fs::path installed(SUPPORTSDK_INSTALLED_RESOURCES);
+    fs::path installed(SUPPORTSDK_INSTALLED_RESOURCES);
     const auto folder = libraryFolder();
     if (folder.empty()) return installed;
     std::error_code error;

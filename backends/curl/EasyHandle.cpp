@@ -28,7 +28,7 @@ CURLcode useTrustStore(CURL*, void* sslContext, void* trust) {
 
 void configureMethod(CURL* easy, const HttpHop& hop, const Bytes& body) {
     if (hop.sendsBody) {
-        const curl_off_t size = static_cast<curl_off_t>(body.size());
+        const auto size = static_cast<curl_off_t>(body.size());
         curl_easy_setopt(easy, CURLOPT_POST, 1L);
         curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, size);
         curl_easy_setopt(easy, CURLOPT_POSTFIELDS,

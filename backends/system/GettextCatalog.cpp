@@ -31,8 +31,8 @@ std::optional<GettextCatalog> GettextCatalog::load(const std::filesystem::path& 
     GettextCatalog catalog;
     catalog.bytes_ = std::move(*bytes);
     const auto mark = catalog.number(0);
-    if (mark != magic && mark != swappedMagic) return std::nullopt;
     catalog.swapped_ = mark == swappedMagic;
+    if (!catalog.swapped_ && mark != magic) return std::nullopt;
 
     const auto revision = catalog.number(4);
     const auto count = catalog.number(8);

@@ -60,7 +60,7 @@ std::optional<Json> Issues::create(const Request& request) {
 std::optional<Json> Issues::change(const std::string& id, const std::string& what,
                                    const std::function<bool(Json&)>& change) {
     bool changed = false;
-    const auto issue = store_.update(kind::issue, id, [&](Json& record) {
+    auto issue = store_.update(kind::issue, id, [&](Json& record) {
         changed = change(record);
         if (changed) record["updated"] = now();
     });

@@ -12,6 +12,7 @@ namespace supportsdk {
 [[nodiscard]] constexpr Color colorFromRGB(std::uint32_t rgb, double alpha = 1.0) {
     const auto channel = [rgb](int shift) { return static_cast<std::uint8_t>(rgb >> shift); };
     const double bounded = alpha > 0.0 ? (alpha < 1.0 ? alpha : 1.0) : 0.0;
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings): std::lround is no constant expression
     return {channel(16), channel(8), channel(0), static_cast<std::uint8_t>(bounded * 255 + 0.5)};
 }
 

@@ -17,7 +17,7 @@ std::shared_ptr<QuorrandChat> QuorrandChat::sharedInstance(const PlatformPtr& pl
 }
 
 std::shared_ptr<QuorrandChat> QuorrandChat::create(PlatformPtr platform) {
-    const std::shared_ptr<QuorrandChat> chat(new QuorrandChat(std::move(platform)));
+    std::shared_ptr<QuorrandChat> chat(new QuorrandChat(std::move(platform)));
     // Weak, because a screen may hold the list longer than anybody holds the engine.
     chat->viewModel = std::make_shared<QDChatViewModel>(
         [weak = chat->weak_from_this()](const std::optional<std::string>& from) {

@@ -57,7 +57,7 @@ std::optional<Bytes> run(const Cipher& cipher, std::span<const std::byte> data,
                                          static_cast<int>(data.size())) == 1 &&
                         EVP_CipherFinal_ex(context.get(), out + body, &rest) == 1;
     if (!worked) return std::nullopt;
-    result.resize(static_cast<std::size_t>(body + rest));
+    result.resize(static_cast<std::size_t>(body) + static_cast<std::size_t>(rest));
     return result;
 }
 

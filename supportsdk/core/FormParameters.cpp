@@ -18,7 +18,7 @@ std::optional<std::string> valueText(const Json& value) {
 void append(std::vector<FormParameter>& list, const std::string& name, const Json& value) {
     if (value.is_object()) {
         for (const auto& [member, inner] : value.items())
-            append(list, name + "[" + member + "]", inner);
+            append(list, std::string(name).append("[").append(member).append("]"), inner);
     } else if (value.is_array()) {
         for (const auto& inner : value) append(list, name + "[]", inner);
     } else {

@@ -72,7 +72,8 @@ std::string MultipartForm::freeBoundary() const {
 MultipartForm::Encoded MultipartForm::encode() const {
     const auto boundary = freeBoundary();
     std::string body;
-    for (const auto& part : parts_) body += "--" + boundary + "\r\n" + part + "\r\n";
+    for (const auto& part : parts_)
+        body.append("--").append(boundary).append("\r\n").append(part).append("\r\n");
     body += "--" + boundary + "--\r\n";
     return {"multipart/form-data; boundary=" + boundary, toBytes(body)};
 }

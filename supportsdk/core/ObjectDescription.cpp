@@ -33,7 +33,7 @@ std::string qd_classPropertiesAndValues(std::string_view className,
     const auto deeper = tabsOf(level.tabs + 1);
     auto text = indent + "<" + std::string(className) + "> {\n";
     for (const auto& [name, value] : properties()) {
-        text += deeper + name + ": [ " + value + " ]\n";
+        text.append(deeper).append(name).append(": [ ").append(value).append(" ]\n");
     }
     return text + indent + "} </" + std::string(className) + ">\n";
 }
