@@ -55,6 +55,7 @@ class DefaultsDatabase {
                                     std::initializer_list<const std::string*> values);
     [[nodiscard]] DatabaseFault checkContent();
     [[nodiscard]] DatabaseFault create();
+    DatabaseFault syncFile();
 
     std::unique_ptr<sqlite3, Close> database_;
     Statement read_;
