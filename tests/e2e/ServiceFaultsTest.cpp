@@ -51,6 +51,10 @@ struct Row {
     std::vector<std::string> sees;
 };
 
+void PrintTo(const Row& row, std::ostream* out) {
+    *out << row.fault << " at " << nameOf(row.step);
+}
+
 const char kCustomer[] = "customer";
 const char kServer[] = "Request failed: internal server error (500)";
 const char kLost[] = "The connection to the server was lost.";
