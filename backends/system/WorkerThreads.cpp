@@ -83,6 +83,8 @@ WorkerThreads::~WorkerThreads() {
         threads.swap(shared_->threads);
     }
     shared_->wake.notify_all();
+    // Before the wait: what runs may hang on something that dropped work holds.
+    dropped.clear();
     for (auto& thread : threads) {
         if (thread.get_id() == std::this_thread::get_id()) {
             thread.detach();

@@ -72,13 +72,14 @@ TEST_F(BackgroundQueueTest, DroppingASerialQueueWaitsForWhatRunsAndDropsTheRest)
         gate.wait();
         finished = true;
     });
-    serial->post([&] { second = true; });
+    // The gate opens when the work behind it is dropped, so not before the queue has been told to
+    // end.
+    std::shared_ptr<void> opener(nullptr, [&](void*) { release.set_value(); });
+    serial->post([&second, held = std::move(opener)] { second = true; });
     ASSERT_TRUE(arrives(running));
 
-    std::thread releaser([&] { release.set_value(); });
     serial.reset();
     EXPECT_TRUE(finished);
-    releaser.join();
     EXPECT_FALSE(second);
 }
 
