@@ -50,12 +50,12 @@ TEST(QDIssue, TellsItsStateByTheOrderOfTheStatus) {
 
 TEST(QDIssue, KeepsFiveFieldsWhenCleared) {
     QDIssue issue(Json{{"id", "1"},
-                   {"status", 7},
-                   {"isRated", true},
-                   {"resolved", "then"},
-                   {"rating", 4},
-                   {"owner_user_avatar", "a"},
-                   {"transcripts", {{"c", 1}}}});
+                       {"status", 7},
+                       {"isRated", true},
+                       {"resolved", "then"},
+                       {"rating", 4},
+                       {"owner_user_avatar", "a"},
+                       {"transcripts", {{"c", 1}}}});
     issue.isTemporary = true;
     issue.clear();
     EXPECT_EQ(issue.dict(), Json({{"isRated", false}, {"resolved", "then"}, {"rating", 4}}));
