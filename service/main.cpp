@@ -1,6 +1,6 @@
-#include <csignal>
 #include <cstdio>
 
+#include "service/EndSignals.h"
 #include "service/Service.h"
 #include "supportsdk/core/Fields.h"
 
@@ -33,28 +33,21 @@ int speakForOther(const Options& options) {
     return 0;
 }
 
-int run(const Options& options, const sigset_t& ends) {
+int run(const Options& options, const EndSignals& ends) {
     auto folder = DataFolder::take(options.data);
     if (!folder) return speakForOther(options);
     Service service(std::move(folder));
     std::string problem;
     if (!service.start(options, problem)) return complain(problem, 1);
     print(service.readyLine(), options);
-    int received = 0;
-    sigwait(&ends, &received);
+    ends.wait();
     return 0;
 }
 
 }  // namespace
 
 int main(int count, char** arguments) {
-    // Before any thread starts, so that all of them leave these signals to sigwait().
-    sigset_t ends;
-    sigemptyset(&ends);
-    sigaddset(&ends, SIGTERM);
-    sigaddset(&ends, SIGINT);
-    sigprocmask(SIG_BLOCK, &ends, nullptr);
-    std::signal(SIGPIPE, SIG_IGN);
+    const EndSignals ends;
 
     std::string problem;
     const auto options = readOptions({arguments + 1, arguments + count}, problem);

@@ -6,6 +6,7 @@
 
 #include <thread>
 
+#include "service/EndSignals.h"
 #include "service/technician/Technician.h"
 
 namespace {
@@ -28,7 +29,7 @@ std::optional<Script> scriptFrom(const std::string& file) {
     return in ? Script::read(text.str()) : std::nullopt;
 }
 
-int work(const std::string& lab, const std::string& scriptFile, const sigset_t& ends) {
+int work(const std::string& lab, const std::string& scriptFile, const EndSignals& ends) {
     const auto script = scriptFrom(scriptFile);
     if (!script) {
         std::fprintf(stderr, "support-technician: %s is no script\n", scriptFile.c_str());
@@ -39,8 +40,7 @@ int work(const std::string& lab, const std::string& scriptFile, const sigset_t& 
         technician.run(std::chrono::seconds{10});
         kill(getpid(), SIGTERM);
     });
-    int received = 0;
-    sigwait(&ends, &received);
+    ends.wait();
     technician.stop();
     worker.join();
     return 0;
@@ -49,12 +49,7 @@ int work(const std::string& lab, const std::string& scriptFile, const sigset_t& 
 }  // namespace
 
 int main(int count, char** arguments) {
-    sigset_t ends;
-    sigemptyset(&ends);
-    sigaddset(&ends, SIGTERM);
-    sigaddset(&ends, SIGINT);
-    sigprocmask(SIG_BLOCK, &ends, nullptr);
-    std::signal(SIGPIPE, SIG_IGN);
+    const EndSignals ends;
 
     std::string lab;
     std::string script;

@@ -29,7 +29,7 @@ struct HttpRequest {
     std::string confinedHeaderPrefix;
     /// A longer response body fails the request.
     std::size_t maximumResponseBytes = std::size_t{64} * 1024 * 1024;
-    /// Fails when nothing arrives for this long, the time to connect included.
+    /// Fails when no byte moves, either way, for this long, the time to connect included.
     std::chrono::milliseconds idleTimeout = std::chrono::seconds{60};
     /// Fails when it has not ended after this long, however lively.
     std::chrono::milliseconds totalTimeout = std::chrono::minutes{10};
