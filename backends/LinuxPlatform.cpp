@@ -111,6 +111,7 @@ std::shared_ptr<Platform> linuxPlatform(const LinuxPlatformOptions& options) {
     platform->presenter = std::make_shared<NonePresenter>();
     platform->progress = std::make_shared<NoneProgress>();
     platform->traits = std::make_shared<NoneTraits>();
+    platform->globalAppearance = std::make_shared<NoneGlobalAppearance>();
     platform->urlOpener = std::make_shared<PortalUrlOpener>(
         PortalUrlOpenerOptions{options.mainQueue, platform->backgroundQueue});
     return platform;

@@ -3,6 +3,7 @@
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <string_view>
 
@@ -74,7 +75,61 @@ ImagePtr toImage(GdkPixbuf* picture) {
     return image;
 }
 
+/// A view on the picture's own bytes.
+Pixbuf viewOf(const Image& image) {
+    const auto pixels = std::uint64_t{image.width} * image.height;
+    if (pixels == 0 || pixels > PixbufImageCodec::maximumPixels ||
+        image.pixels.size() != pixels * 4)
+        return nullptr;
+    return Pixbuf(gdk_pixbuf_new_from_data(
+        image.pixels.data(), GDK_COLORSPACE_RGB, TRUE, 8, static_cast<int>(image.width),
+        static_cast<int>(image.height), static_cast<int>(image.width * 4), nullptr, nullptr));
+}
+
+std::optional<Bytes> save(GdkPixbuf* picture, const char* format, const char* option,
+                          const char* value) {
+    gchar* buffer = nullptr;
+    gsize length = 0;
+    if (!gdk_pixbuf_save_to_buffer(picture, &buffer, &length, format, nullptr, option, value,
+                                   nullptr))
+        return std::nullopt;
+    const std::unique_ptr<gchar, decltype(&g_free)> owner(buffer, g_free);
+    return toBytes({buffer, length});
+}
+
 }  // namespace
+
+std::optional<AnimatedImage> PixbufImageCodec::decodeAnimation(std::span<const std::byte> data) {
+    const auto image = decode(data);
+    if (!image) return std::nullopt;
+    return AnimatedImage{{{image, std::chrono::milliseconds{0}}}};
+}
+
+ImagePtr PixbufImageCodec::scaled(const Image& image, std::uint32_t width, std::uint32_t height) {
+    const auto picture = viewOf(image);
+    const auto pixels = std::uint64_t{width} * height;
+    if (!picture || pixels == 0 || pixels > maximumPixels) return nullptr;
+    const Pixbuf result(gdk_pixbuf_scale_simple(picture.get(), static_cast<int>(width),
+                                                static_cast<int>(height), GDK_INTERP_BILINEAR));
+    return result ? toImage(result.get()) : nullptr;
+}
+
+std::optional<Bytes> PixbufImageCodec::encodeJpeg(const Image& image, double quality) {
+    const auto picture = viewOf(image);
+    if (!picture) return std::nullopt;
+    // JPEG has no transparency, and the saver would drop the channel and show what lies below it.
+    const Pixbuf onWhite(gdk_pixbuf_composite_color_simple(
+        picture.get(), gdk_pixbuf_get_width(picture.get()), gdk_pixbuf_get_height(picture.get()),
+        GDK_INTERP_NEAREST, 255, 64, 0xFFFFFF, 0xFFFFFF));
+    if (!onWhite) return std::nullopt;
+    const auto percent = std::to_string(std::lround(std::clamp(quality, 0.0, 1.0) * 100));
+    return save(onWhite.get(), "jpeg", "quality", percent.c_str());
+}
+
+std::optional<Bytes> PixbufImageCodec::encodePng(const Image& image) {
+    const auto picture = viewOf(image);
+    return picture ? save(picture.get(), "png", nullptr, nullptr) : std::nullopt;
+}
 
 ImagePtr PixbufImageCodec::decode(std::span<const std::byte> data) {
     if (data.size() > maximumEncodedBytes) return nullptr;

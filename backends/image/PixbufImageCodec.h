@@ -13,6 +13,12 @@ class PixbufImageCodec final : public ImageCodec {
     static constexpr std::uint64_t maximumPixels = 40'000'000;
 
     [[nodiscard]] ImagePtr decode(std::span<const std::byte> data) override;
+    [[nodiscard]] std::optional<AnimatedImage> decodeAnimation(
+        std::span<const std::byte> data) override;
+    [[nodiscard]] ImagePtr scaled(const Image& image, std::uint32_t width,
+                                  std::uint32_t height) override;
+    [[nodiscard]] std::optional<Bytes> encodeJpeg(const Image& image, double quality) override;
+    [[nodiscard]] std::optional<Bytes> encodePng(const Image& image) override;
 };
 
 }  // namespace supportsdk

@@ -33,6 +33,15 @@ class NoneProgress final : public Progress {
 class NoneTraits final : public Traits {
  public:
     [[nodiscard]] bool darkMode() const override { return false; }
+    [[nodiscard]] Registration observe(std::function<void()>) override { return {}; }
+};
+
+class NoneGlobalAppearance final : public GlobalAppearance {
+ public:
+    void setNavigationBarTranslucent(bool) override {}
+    void setNavigationBarTintColor(const std::optional<Color>&) override {}
+    void setNavigationBarBarTintColor(const std::optional<Color>&) override {}
+    void setControlTintColor(const std::optional<Color>&) override {}
 };
 
 }  // namespace supportsdk

@@ -140,7 +140,7 @@ void Commands::request(const Json& command) {
 }
 
 void Commands::dark(const Json& command) {
-    parts_.traits->dark = boolForKey(command, "on");
+    parts_.traits->setDark(boolForKey(command, "on"));
 }
 
 void Commands::show(const Json&) {

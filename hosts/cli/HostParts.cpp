@@ -4,6 +4,20 @@
 
 namespace supportsdk::host {
 
+Registration HostTraits::observe(std::function<void()> changed) {
+    const int id = observers_->empty() ? 0 : observers_->rbegin()->first + 1;
+    observers_->emplace(id, std::move(changed));
+    return Registration([weak = std::weak_ptr(observers_), id] {
+        if (const auto observers = weak.lock()) observers->erase(id);
+    });
+}
+
+void HostTraits::setDark(bool on) {
+    isDark_ = on;
+    const auto observers = *observers_;
+    for (const auto& [id, changed] : observers) changed();
+}
+
 bool HostUrlOpener::canOpen(const std::string& url) {
     constexpr std::array<std::string_view, 4> schemes = {"http://", "https://", "mailto:", "tel:"};
     if (url.find_first_of(" \t\r\n") != std::string::npos) return false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 
@@ -35,8 +36,15 @@ class HostProgress : public Progress {
 
 class HostTraits : public Traits {
  public:
-    [[nodiscard]] bool darkMode() const override { return dark; }
-    bool dark = false;
+    [[nodiscard]] bool darkMode() const override { return isDark_; }
+    [[nodiscard]] Registration observe(std::function<void()> changed) override;
+    void setDark(bool on);
+
+ private:
+    using Observers = std::map<int, std::function<void()>>;
+
+    bool isDark_ = false;
+    std::shared_ptr<Observers> observers_ = std::make_shared<Observers>();
 };
 
 /// Opens nothing: an address of a known kind counts as opened.

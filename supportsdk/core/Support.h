@@ -19,6 +19,11 @@ namespace supportsdk {
 
 class Appearance;
 class Configuration;
+class HistoryDelegate;
+class HistoryViewModel;
+class JourneyModel;
+class KBViewModel;
+class QDFormModel;
 class QDIssue;
 class QuorrandChat;
 
@@ -187,8 +192,10 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
 
     // --- History (launcher/SupportHistory.cpp) ---
 
-    /// Does nothing unless history is enabled.
+    /// Fetches the issues of the customer's location and tells historyDelegate. Does nothing unless
+    /// history is enabled.
     void getHistory();
+    void updateHistoryDelegateWithModel(const std::shared_ptr<HistoryViewModel>& model);
 
     // --- Chat (chat/SupportChat.cpp) ---
 
@@ -200,6 +207,37 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     /// `image` is sent as it is: JPEG data.
     void chatFilePut(const std::string& commId, std::span<const std::byte> image,
                      RestCallback success, RestCallback failure);
+
+    // --- Knowledge base (knowledge/SupportKnowledge.cpp) ---
+
+    /// The article with that identifier, or everything when it is null.
+    void retrieveKB(const std::optional<std::string>& identifier, RestCallback success,
+                    RestCallback failure);
+    /// The text stands in the address as it is.
+    void searchKB(const std::optional<std::string>& text, RestCallback success,
+                  RestCallback failure);
+    /// Fetches the tree into kbViewModel and tells `listener`, which may be empty.
+    void getKB(std::weak_ptr<SupportDelegate> listener);
+    void searchKB(std::weak_ptr<SupportDelegate> listener, const std::optional<std::string>& text);
+    static void updateKBDelegate(const std::weak_ptr<SupportDelegate>& listener,
+                                 const std::shared_ptr<KBViewModel>& model);
+
+    // --- Forms (forms/SupportForms.cpp) ---
+
+    /// The form with that identifier; what the service chooses when it is null.
+    void getForm(const std::optional<std::string>& identifier, RestCallback success,
+                 RestCallback failure);
+    /// Fetches every form that the settings name, all at once, and tells formsDelegate when the
+    /// last answer is in. Does nothing while a batch is running.
+    void getSupportForms();
+    void checkIfFormsDone();
+    void sortForms();
+    /// Sends a filled form. With null, failure runs with null at once and the request still goes
+    /// out.
+    void putForm(const std::shared_ptr<QDFormModel>& form, RestCallback success,
+                 RestCallback failure);
+    /// The third form, when there are as many.
+    [[nodiscard]] std::shared_ptr<QDFormModel> currentForm() const;
 
     // --- Journeys (knowledge/SupportJourneys.cpp) ---
 
@@ -243,8 +281,21 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     /// The issues of the customer's location, as last fetched.
     std::vector<std::shared_ptr<QDIssue>> historyEntries;
     bool isHistoryRequested = false;
-    /// Journeys as the service sent them; an array once they have arrived.
-    std::optional<Json> journeys;
+    /// Another one with each retrieval; null before the first.
+    std::shared_ptr<HistoryViewModel> historyViewModel;
+    std::weak_ptr<HistoryDelegate> historyDelegate;
+
+    std::shared_ptr<KBViewModel> kbViewModel;
+    bool isKBRequested = false;
+
+    std::vector<std::shared_ptr<QDFormModel>> forms;
+    bool isFormsRequested = false;
+    /// The answers that have come in this batch.
+    std::size_t nFormRetrievalAttempts = 0;
+    std::weak_ptr<SupportDelegate> formsDelegate;
+
+    /// Empty while they are fetched.
+    std::vector<std::shared_ptr<JourneyModel>> journeys;
 
     // Options of the host, handed on by the button.
     bool isSideBySideForms = false;

@@ -2,6 +2,7 @@
 
 #include "supportsdk/core/Fields.h"
 #include "supportsdk/core/Support.h"
+#include "supportsdk/knowledge/JourneyModel.h"
 
 namespace supportsdk {
 
@@ -22,7 +23,7 @@ Json withoutCredentials(Json response) {
 }  // namespace
 
 void Support::getJourneysWithCompletion(std::function<void()> completion) {
-    journeys = Json::array();
+    journeys.clear();
     Json parameters;
     if (identity.membersLocationsId.isSet()) {
         parameters["members_locations_id"] = identity.membersLocationsId.json();
@@ -36,7 +37,8 @@ void Support::getJourneysWithCompletion(std::function<void()> completion) {
                    if (integerForKey(response, "status") != 200) {
                        self->platform->log->write(dumpJson(withoutCredentials(response)));
                    } else {
-                       self->journeys = arrayForKey(response, "results");
+                       for (const auto& entry : arrayForKey(response, "results"))
+                           self->journeys.push_back(std::make_shared<JourneyModel>(entry));
                    }
                    if (done) done();
                });

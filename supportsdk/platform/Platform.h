@@ -9,6 +9,7 @@
 #include "supportsdk/platform/Images.h"
 #include "supportsdk/platform/Localizer.h"
 #include "supportsdk/platform/Log.h"
+#include "supportsdk/platform/NetService.h"
 #include "supportsdk/platform/Queues.h"
 #include "supportsdk/platform/Reachability.h"
 #include "supportsdk/platform/Screens.h"
@@ -32,6 +33,7 @@ struct Platform {
     std::shared_ptr<HttpClient> http;
     std::shared_ptr<XmppStreamFactory> xmpp;
     std::shared_ptr<ReachabilitySource> reachability;
+    std::shared_ptr<NetServiceFactory> netServices;
 
     std::shared_ptr<UserDefaultsStore> userDefaults;
     /// The host application's bundle, and the kit's own ("com.goquorrand.supportsdk").
@@ -43,6 +45,7 @@ struct Platform {
     std::shared_ptr<Presenter> presenter;
     std::shared_ptr<Progress> progress;
     std::shared_ptr<Traits> traits;
+    std::shared_ptr<GlobalAppearance> globalAppearance;
     std::shared_ptr<UrlOpener> urlOpener;
 };
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "supportsdk/platform/Export.h"
+#include "supportsdk/platform/Registration.h"
 #include "supportsdk/platform/Values.h"
 
 namespace supportsdk {
@@ -125,11 +126,38 @@ class Progress {
     virtual void setDarkStyle(bool dark) = 0;
 };
 
-/// Whether the system asks for a dark look. Main thread.
+/// How the system wants screens to look. Main thread.
 class Traits {
  public:
     virtual ~Traits() = default;
+
+    /// Whether the system asks for a dark look, now.
     [[nodiscard]] virtual bool darkMode() const = 0;
+
+    /// The system's own colour of that name ("labelColor", "systemBackgroundColor"), for the look
+    /// of this moment; nothing when it has none.
+    [[nodiscard]] virtual std::optional<Color> systemColor(const std::string& name) const {
+        (void)name;
+        return std::nullopt;
+    }
+
+    /// Runs `changed` whenever the answers above may differ, until the result is dropped.
+    [[nodiscard]] virtual Registration observe(std::function<void()> changed) = 0;
+};
+
+/// Colours that all of the kit's bars and controls start from; null is the toolkit's own. Main
+/// thread.
+class GlobalAppearance {
+ public:
+    virtual ~GlobalAppearance() = default;
+
+    virtual void setNavigationBarTranslucent(bool translucent) = 0;
+    /// Of the texts and icons in navigation bars.
+    virtual void setNavigationBarTintColor(const std::optional<Color>& color) = 0;
+    /// Of the bars themselves.
+    virtual void setNavigationBarBarTintColor(const std::optional<Color>& color) = 0;
+    /// Of buttons and segmented controls.
+    virtual void setControlTintColor(const std::optional<Color>& color) = 0;
 };
 
 }  // namespace supportsdk

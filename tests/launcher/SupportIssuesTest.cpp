@@ -140,7 +140,7 @@ TEST_F(SupportIssuesTest, AsksForJourneysByLocationOrElseByMember) {
     EXPECT_THAT(requests(), ElementsAre("GET /journeys/data?members_locations_id=l",
                                         "GET /journeys/data?members_id=m"));
     fakes.http->answerTo("members_id=m", 200, {{"results", {{{"title", "J"}}}}});
-    EXPECT_EQ(support().journeys->size(), 1U);
+    EXPECT_EQ(support().journeys.size(), 1U);
 
     fakes.http->answerTo("members_locations_id=l", 500, Json::object(),
                          {{"X-Quorrand-DownloadSessionToken", "secret-token"}});

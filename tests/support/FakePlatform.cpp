@@ -273,6 +273,66 @@ void FakeUrlOpener::open(const std::string& url, std::function<void(bool)> compl
     completion(works);
 }
 
+std::optional<AnimatedImage> FakeImageCodec::decodeAnimation(std::span<const std::byte> data) {
+    const auto image = decode(data);
+    if (!image) return std::nullopt;
+    return AnimatedImage{{{image, std::chrono::milliseconds{0}}}};
+}
+
+ImagePtr FakeImageCodec::scaled(const Image&, std::uint32_t width, std::uint32_t height) {
+    auto image = std::make_shared<Image>();
+    image->width = width;
+    image->height = height;
+    image->pixels.resize(std::size_t{4} * width * height);
+    return image;
+}
+
+std::optional<Bytes> FakeImageCodec::encodeJpeg(const Image&, double) {
+    return toBytes("jpeg");
+}
+
+std::optional<Bytes> FakeImageCodec::encodePng(const Image&) {
+    return toBytes("png");
+}
+
+bool FakeNetService::setTXTRecordData(Bytes wanted) {
+    record = std::move(wanted);
+    return true;
+}
+
+std::shared_ptr<NetService> FakeNetServiceFactory::makeService(const std::string& domain,
+                                                               const std::string& type,
+                                                               const std::string& name,
+                                                               std::uint16_t port) {
+    if (!available) return nullptr;
+    auto service = std::make_shared<FakeNetService>();
+    service->wantedName = name;
+    service->wantedType = type;
+    service->wantedDomain = domain;
+    service->wantedPort = port;
+    services.push_back(service);
+    return service;
+}
+
+std::optional<Color> FakeTraits::systemColor(const std::string& name) const {
+    const auto found = systemColors.find(name);
+    return found == systemColors.end() ? std::nullopt : std::optional(found->second);
+}
+
+Registration FakeTraits::observe(std::function<void()> changed) {
+    const int id = observers->empty() ? 0 : observers->rbegin()->first + 1;
+    observers->emplace(id, std::move(changed));
+    return Registration([weak = std::weak_ptr(observers), id] {
+        if (const auto all = weak.lock()) all->erase(id);
+    });
+}
+
+void FakeTraits::setDark(bool on) {
+    dark = on;
+    const auto told = *observers;
+    for (const auto& [id, changed] : told) changed();
+}
+
 FakePlatform::FakePlatform() {
     platform->log = log;
     platform->clock = clock;
@@ -290,6 +350,8 @@ FakePlatform::FakePlatform() {
     platform->presenter = presenter;
     platform->progress = progress;
     platform->traits = traits;
+    platform->globalAppearance = globalAppearance;
+    platform->netServices = netServices;
     platform->urlOpener = urlOpener;
 }
 

@@ -207,10 +207,47 @@ class FakeLocalizer : public Localizer {
     std::map<std::string, std::string> texts;
 };
 
-/// Every non-empty data is a picture of one pixel, unless it begins with "bad".
+/// Every non-empty data is a picture of one pixel, unless it begins with "bad". What it encodes is
+/// "jpeg" or "png".
 class FakeImageCodec : public ImageCodec {
  public:
     [[nodiscard]] ImagePtr decode(std::span<const std::byte> data) override;
+    [[nodiscard]] std::optional<AnimatedImage> decodeAnimation(
+        std::span<const std::byte> data) override;
+    [[nodiscard]] ImagePtr scaled(const Image& image, std::uint32_t width,
+                                  std::uint32_t height) override;
+    [[nodiscard]] std::optional<Bytes> encodeJpeg(const Image& image, double quality) override;
+    [[nodiscard]] std::optional<Bytes> encodePng(const Image& image) override;
+};
+
+/// Keeps what was published; a test says what becomes of it.
+class FakeNetService : public NetService {
+ public:
+    void setIncludesPeerToPeer(bool includes) override { peerToPeer = includes; }
+    void setDelegate(std::weak_ptr<NetServiceDelegate> wanted) override { delegate = wanted; }
+    bool setTXTRecordData(Bytes wanted) override;
+    void publish() override { published = true; }
+    [[nodiscard]] std::string name() const override { return wantedName; }
+    [[nodiscard]] std::string type() const override { return wantedType; }
+    [[nodiscard]] std::string domain() const override { return wantedDomain; }
+    [[nodiscard]] std::uint16_t port() const override { return wantedPort; }
+
+    std::string wantedName, wantedType, wantedDomain;
+    std::uint16_t wantedPort = 0;
+    std::weak_ptr<NetServiceDelegate> delegate;
+    Bytes record;
+    bool peerToPeer = false;
+    bool published = false;
+};
+
+class FakeNetServiceFactory : public NetServiceFactory {
+ public:
+    [[nodiscard]] std::shared_ptr<NetService> makeService(const std::string& domain,
+                                                          const std::string& type,
+                                                          const std::string& name,
+                                                          std::uint16_t port) override;
+    std::vector<std::weak_ptr<FakeNetService>> services;
+    bool available = true;
 };
 
 class FakePresenter : public Presenter {
@@ -256,7 +293,28 @@ class FakeProgress : public Progress {
 class FakeTraits : public Traits {
  public:
     [[nodiscard]] bool darkMode() const override { return dark; }
+    [[nodiscard]] std::optional<Color> systemColor(const std::string& name) const override;
+    [[nodiscard]] Registration observe(std::function<void()> changed) override;
+    /// Switches, and tells who observes.
+    void setDark(bool on);
+
     bool dark = false;
+    std::map<std::string, Color> systemColors;
+    std::shared_ptr<std::map<int, std::function<void()>>> observers =
+        std::make_shared<std::map<int, std::function<void()>>>();
+};
+
+class FakeGlobalAppearance : public GlobalAppearance {
+ public:
+    void setNavigationBarTranslucent(bool on) override { translucent = on; }
+    void setNavigationBarTintColor(const std::optional<Color>& color) override { barTint = color; }
+    void setNavigationBarBarTintColor(const std::optional<Color>& color) override {
+        barBackground = color;
+    }
+    void setControlTintColor(const std::optional<Color>& color) override { controlTint = color; }
+
+    bool translucent = true;
+    std::optional<Color> barTint, barBackground, controlTint;
 };
 
 class FakeUrlOpener : public UrlOpener {
@@ -290,6 +348,9 @@ struct FakePlatform {
     std::shared_ptr<FakePresenter> presenter = std::make_shared<FakePresenter>();
     std::shared_ptr<FakeProgress> progress = std::make_shared<FakeProgress>();
     std::shared_ptr<FakeTraits> traits = std::make_shared<FakeTraits>();
+    std::shared_ptr<FakeGlobalAppearance> globalAppearance =
+        std::make_shared<FakeGlobalAppearance>();
+    std::shared_ptr<FakeNetServiceFactory> netServices = std::make_shared<FakeNetServiceFactory>();
     std::shared_ptr<FakeUrlOpener> urlOpener = std::make_shared<FakeUrlOpener>();
 
     std::shared_ptr<Platform> platform = std::make_shared<Platform>();
