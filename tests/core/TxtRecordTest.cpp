@@ -15,7 +15,7 @@ TEST(TxtRecord, HoldsThePairsInTheOrderOfTheirKeys) {
     EXPECT_EQ(encoded({{"version", "1.0"}, {"a b", ""}, {"device", "x=\xFF"}}),
               "\x04"
               "a b="
-              "\x09"
+              "\x0A"
               "device=x=\xFF"
               "\x0B"
               "version=1.0");
