@@ -1,6 +1,5 @@
 #include "hosts/cli/Commands.h"
 
-#include <algorithm>
 #include <map>
 
 #include "supportsdk/core/Fields.h"
@@ -16,13 +15,15 @@ constexpr std::int64_t longestWait = 600'000;
 Commands::Handler Commands::handlerOf(const std::string& name) {
     static const std::map<std::string, Handler> handlers = {
         {"load", &Commands::load},         {"loadFile", &Commands::loadFile},
-        {"customer", &Commands::customer}, {"tap", &Commands::tap},
-        {"choose", &Commands::choose},     {"press", &Commands::press},
-        {"select", &Commands::select},     {"type", &Commands::type},
-        {"send", &Commands::send},         {"pull", &Commands::pull},
-        {"back", &Commands::back},         {"request", &Commands::request},
-        {"dark", &Commands::dark},         {"show", &Commands::show},
+        {"customer", &Commands::customer}, {"request", &Commands::request},
+        {"dark", &Commands::dark},
+
         {"defaults", &Commands::defaults}, {"settings", &Commands::settings},
+        {"tap", &Commands::tap},           {"choose", &Commands::choose},
+        {"press", &Commands::press},       {"select", &Commands::select},
+        {"type", &Commands::type},         {"set", &Commands::set},
+        {"send", &Commands::send},         {"pull", &Commands::pull},
+        {"back", &Commands::back},         {"show", &Commands::show},
         {"wait", &Commands::wait},         {"quit", &Commands::quit},
     };
     const auto found = handlers.find(name);
@@ -52,115 +53,6 @@ void Commands::run(const std::optional<std::string>& line) {
     (this->*handler)(*command);
 }
 
-void Commands::load(const Json& command) {
-    const auto* configuration = valueForKey(command, "configuration");
-    if (!configuration || !(configuration->is_object() || configuration->is_string())) {
-        return parts_.reports->refuse("\"configuration\" is no object and no string");
-    }
-    const auto text = stringForKey(command, "configuration").value_or(dumpJson(*configuration));
-    bool result = false;
-    if (const auto customer = stringForKey(command, "customerJSON")) {
-        result = parts_.button->loadConfigurationJSON(text, *customer);
-    } else {
-        const auto* information = valueForKey(command, "customer");
-        result = parts_.button->loadConfigurationJSON(text, information ? *information : Json());
-    }
-    parts_.reports->write("loaded", {{"result", result}});
-}
-
-void Commands::loadFile(const Json& command) {
-    const auto name = need(command, "name");
-    if (!name) return;
-    const auto* information = valueForKey(command, "customer");
-    const bool result =
-        parts_.button->loadConfigurationFile(*name, information ? *information : Json());
-    parts_.reports->write("loaded", {{"result", result}});
-}
-
-void Commands::customer(const Json& command) {
-    if (const auto json = stringForKey(command, "json")) {
-        parts_.button->getCustomerWithJSON(*json);
-    } else if (const auto* information = valueForKey(command, "information")) {
-        parts_.button->getCustomerWithInformation(*information);
-    } else {
-        parts_.reports->refuse("neither \"information\" nor \"json\" is there");
-    }
-}
-
-void Commands::tap(const Json&) {
-    parts_.button->clicked();
-}
-
-void Commands::choose(const Json& command) {
-    const auto label = need(command, "label");
-    if (label) refuseUnless(parts_.presenter->choose(*label), "\"" + *label + "\" is not offered");
-}
-
-void Commands::press(const Json& command) {
-    const auto label = need(command, "label");
-    const auto screen = label ? needScreen() : nullptr;
-    if (screen) refuseUnless(screen->press(*label), "\"" + *label + "\" is not on the screen");
-}
-
-void Commands::select(const Json& command) {
-    const auto row = integerForKey(command, "row");
-    const auto section = integerForKey(command, "section").value_or(0);
-    if (!row || *row < 0 || section < 0) return parts_.reports->refuse("\"row\" is no row");
-    const auto screen = needScreen();
-    if (!screen) return;
-    refuseUnless(screen->select(static_cast<std::size_t>(section), static_cast<std::size_t>(*row)),
-                 "the screen has no such row");
-}
-
-void Commands::type(const Json& command) {
-    const auto text = need(command, "text");
-    if (!text) return;
-    const auto field = stringForKey(command, "field");
-    if (parts_.presenter->typeIntoAlert(*text, field)) return;
-    const auto screen = needScreen();
-    if (screen) refuseUnless(screen->type(*text, field), "nothing takes text here");
-}
-
-void Commands::send(const Json&) {
-    const auto screen = needScreen();
-    if (screen) refuseUnless(screen->send(), "there is nothing to send");
-}
-
-void Commands::pull(const Json&) {
-    const auto screen = needScreen();
-    if (screen) refuseUnless(screen->pull(), "this screen cannot be pulled");
-}
-
-void Commands::back(const Json&) {
-    refuseUnless(parts_.presenter->back(), "no screen is open");
-}
-
-void Commands::request(const Json& command) {
-    if (const auto name = need(command, "name")) parts_.button->sendRequest(*name);
-}
-
-void Commands::dark(const Json& command) {
-    parts_.traits->setDark(boolForKey(command, "on"));
-}
-
-void Commands::show(const Json&) {
-    refuseUnless(parts_.presenter->show(), "no screen is open");
-}
-
-void Commands::defaults(const Json& command) {
-    const auto suite = stringForKey(command, "suite");
-    const auto stored = suite ? parts_.platform->userDefaults->suite(*suite)
-                              : parts_.platform->userDefaults->standard();
-    Json values = Json::object();
-    for (const auto& key : stored->keys()) values[key] = stored->value(key).value_or(Json());
-    parts_.reports->write("defaults", {{"values", values}});
-}
-
-void Commands::settings(const Json&) {
-    if (!parts_.button->support) return parts_.reports->refuse("no configuration was loaded");
-    parts_.button->actionSettings();
-}
-
 void Commands::wait(const Json& command) {
     const auto milliseconds = integerForKey(command, "milliseconds").value_or(-1);
     if (milliseconds < 0 || milliseconds > longestWait) {
@@ -181,6 +73,11 @@ std::optional<std::string> Commands::need(const Json& command, const char* key) 
     auto value = stringForKey(command, key);
     if (!value) parts_.reports->refuse("\"" + std::string(key) + "\" is missing or no string");
     return value;
+}
+
+bool Commands::needConfiguration() {
+    refuseUnless(parts_.button->support != nullptr, "no configuration was loaded");
+    return parts_.button->support != nullptr;
 }
 
 std::shared_ptr<ScreenAdapter> Commands::needScreen() {

@@ -35,28 +35,34 @@ class Commands {
     static Handler handlerOf(const std::string& name);
 
     void run(const std::optional<std::string>& line);
+    void wait(const Json& command);
+    void quit(const Json& command);
+
+    // ApplicationCommands.cpp
     void load(const Json& command);
     void loadFile(const Json& command);
     void customer(const Json& command);
+    void request(const Json& command);
+    void dark(const Json& command);
+    void defaults(const Json& command);
+    void settings(const Json& command);
+
+    // PersonCommands.cpp
     void tap(const Json& command);
     void choose(const Json& command);
     void press(const Json& command);
     void select(const Json& command);
     void type(const Json& command);
+    void set(const Json& command);
     void send(const Json& command);
     void pull(const Json& command);
     void back(const Json& command);
-    void request(const Json& command);
-    void dark(const Json& command);
     void show(const Json& command);
-    void defaults(const Json& command);
-    void settings(const Json& command);
-    void wait(const Json& command);
-    void quit(const Json& command);
 
     void refuseUnless(bool worked, const std::string& why);
     /// A string of the command; refuses and gives nothing when it is missing.
     std::optional<std::string> need(const Json& command, const char* key);
+    bool needConfiguration();
     std::shared_ptr<ScreenAdapter> needScreen();
 
     Parts parts_;

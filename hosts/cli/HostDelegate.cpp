@@ -1,18 +1,22 @@
 #include "hosts/cli/HostDelegate.h"
 
+#include "hosts/cli/Looks.h"
 #include "supportsdk/core/Error.h"
 
 namespace supportsdk::host {
 
-void HostDelegate::report(const char* operation, const SupportError* error) {
-    Json fields = {{"operation", operation}};
-    if (error) {
-        fields["error"] = {{"domain", error->domain},
-                           {"code", error->code},
-                           {"description", error->localizedDescription}};
-        if (const auto& reason = error->localizedFailureReason) fields["error"]["reason"] = *reason;
-    }
+void HostDelegate::report(const char* operation, const Json& arguments) {
+    auto fields = arguments;
+    fields["operation"] = operation;
     reports_->write("delegate", fields);
+}
+
+void HostDelegate::reportError(const char* operation, const SupportError& error) {
+    Json told = {{"domain", error.domain},
+                 {"code", error.code},
+                 {"description", error.localizedDescription}};
+    if (const auto& reason = error.localizedFailureReason) told["reason"] = *reason;
+    report(operation, Json{{"error", std::move(told)}});
 }
 
 void HostDelegate::supportButtonDidGetSettings(SupportButton&) {
@@ -21,7 +25,7 @@ void HostDelegate::supportButtonDidGetSettings(SupportButton&) {
 
 void HostDelegate::supportButtonDidFailToGetSettingsWithError(SupportButton&,
                                                               const SupportError& error) {
-    report("supportButtonDidFailToGetSettingsWithError", &error);
+    reportError("supportButtonDidFailToGetSettingsWithError", error);
 }
 
 void HostDelegate::supportButtonDidGetCustomer(SupportButton&) {
@@ -30,26 +34,26 @@ void HostDelegate::supportButtonDidGetCustomer(SupportButton&) {
 
 void HostDelegate::supportButtonDidFailToGetCustomerWithError(SupportButton&,
                                                               const SupportError& error) {
-    report("supportButtonDidFailToGetCustomerWithError", &error);
+    reportError("supportButtonDidFailToGetCustomerWithError", error);
 }
 
 void HostDelegate::supportButtonDidFailWithError(SupportButton&, const SupportError& error) {
-    report("supportButtonDidFailWithError", &error);
+    reportError("supportButtonDidFailWithError", error);
 }
 
 void HostDelegate::supportButtonDisplaySupportMenu(SupportButton&, ActionSheet menu) {
-    report("supportButtonDisplaySupportMenu");
+    report("supportButtonDisplaySupportMenu", {{"title", menu.title}});
     presenter_->showSheet(std::move(menu));
 }
 
 void HostDelegate::supportButtonDisplayView(SupportButton&, std::shared_ptr<SupportMenuView> view) {
-    report("supportButtonDisplayView");
-    presenter_->showMenu(std::move(view));
+    report("supportButtonDisplayView", {{"class", "SupportMenuView"}});
+    presenter_->choices().showMenu(std::move(view));
 }
 
 void HostDelegate::supportButtonDisplayViewController(SupportButton&,
                                                       std::shared_ptr<ScreenController> screen) {
-    report("supportButtonDisplayViewController");
+    report("supportButtonDisplayViewController", {{"class", screen ? screen->className() : ""}});
     presenter_->display(std::move(screen));
 }
 
@@ -60,6 +64,10 @@ void HostDelegate::supportButtonDidRequestExit(SupportButton&) {
 
 void HostDelegate::badgeDidChange(bool visible, const std::string& text) {
     reports_->write("badge", {{"visible", visible}, {"text", text}});
+}
+
+void HostDelegate::iconDidChange(const ImagePtr& icon) {
+    reports_->write("icon", describeImage(icon));
 }
 
 }  // namespace supportsdk::host

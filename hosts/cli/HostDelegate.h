@@ -29,9 +29,11 @@ class HostDelegate : public SupportButtonDelegate, public SupportButton::View {
     void supportButtonDidRequestExit(SupportButton& button) override;
 
     void badgeDidChange(bool visible, const std::string& text) override;
+    void iconDidChange(const ImagePtr& icon) override;
 
  private:
-    void report(const char* operation, const SupportError* error = nullptr);
+    void report(const char* operation, const Json& arguments = Json::object());
+    void reportError(const char* operation, const SupportError& error);
 
     std::shared_ptr<Reports> reports_;
     std::shared_ptr<HostPresenter> presenter_;

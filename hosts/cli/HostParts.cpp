@@ -2,7 +2,40 @@
 
 #include <array>
 
+#include "hosts/cli/Looks.h"
+
 namespace supportsdk::host {
+
+namespace {
+
+Json colorFields(const std::optional<Color>& color) {
+    Json fields = Json::object();
+    putColor(fields, "color", color);
+    return fields;
+}
+
+}  // namespace
+
+void HostGlobalAppearance::setNavigationBarTranslucent(bool translucent) {
+    set("navigationBarTranslucent", {{"on", translucent}});
+}
+
+void HostGlobalAppearance::setNavigationBarTintColor(const std::optional<Color>& color) {
+    set("navigationBarTint", colorFields(color));
+}
+
+void HostGlobalAppearance::setNavigationBarBarTintColor(const std::optional<Color>& color) {
+    set("navigationBarBarTint", colorFields(color));
+}
+
+void HostGlobalAppearance::setControlTintColor(const std::optional<Color>& color) {
+    set("controlTint", colorFields(color));
+}
+
+void HostGlobalAppearance::set(const char* what, Json value) {
+    value["what"] = what;
+    if (std::exchange(values_[what], value) != value) reports_->write("appearance", value);
+}
 
 Registration HostTraits::observe(std::function<void()> changed) {
     const int id = observers_->empty() ? 0 : observers_->rbegin()->first + 1;

@@ -24,7 +24,7 @@ class HostProgress : public Progress {
     void dismissAfter(std::chrono::milliseconds delay) override {
         reports_->write("dismiss", {{"delay", delay.count()}});
     }
-    // Nothing is on view for a time, or has a colour.
+    // Nothing is on view for a time, or has a style.
     void setMinimumDisplayTime(std::chrono::milliseconds) override {}
     void setDarkStyle(bool) override {}
 
@@ -32,6 +32,23 @@ class HostProgress : public Progress {
     void write(const char* is, const std::string& text) { reports_->write(is, {{"text", text}}); }
 
     std::shared_ptr<Reports> reports_;
+};
+
+/// Reports the colours that all bars and controls start from, each time one changes.
+class HostGlobalAppearance : public GlobalAppearance {
+ public:
+    explicit HostGlobalAppearance(std::shared_ptr<Reports> reports)
+        : reports_(std::move(reports)) {}
+    void setNavigationBarTranslucent(bool translucent) override;
+    void setNavigationBarTintColor(const std::optional<Color>& color) override;
+    void setNavigationBarBarTintColor(const std::optional<Color>& color) override;
+    void setControlTintColor(const std::optional<Color>& color) override;
+
+ private:
+    void set(const char* what, Json value);
+
+    std::shared_ptr<Reports> reports_;
+    std::map<std::string, Json> values_;
 };
 
 class HostTraits : public Traits {

@@ -1,25 +1,9 @@
 #include "hosts/cli/HostPresenter.h"
 
-#include <algorithm>
-
 namespace supportsdk::host {
 
-namespace {
-
-const char* nameOfStyle(int menuStyle) {
-    switch (menuStyle) {
-        case 2:
-            return "button";
-        case 4:
-            return "iconlistexit";
-        default:
-            return "iconlist";
-    }
-}
-
-}  // namespace
-
-HostPresenter::HostPresenter(std::shared_ptr<Reports> reports) : reports_(std::move(reports)) {
+HostPresenter::HostPresenter(std::shared_ptr<Reports> reports)
+    : reports_(std::move(reports)), choices_(std::make_shared<Choices>(reports_)) {
     // The host's own home screen, on which the kit's screens are pushed.
     root_->children.push_back(std::make_shared<ScreenController>());
     layers_.push_back({root_, {}});
@@ -67,7 +51,7 @@ void HostPresenter::dismiss(ScreenController& screen) {
 }
 
 void HostPresenter::clear() {
-    choices_.clear();
+    choices_->clear();
     removeFrom(0, 0);
 }
 
@@ -168,6 +152,8 @@ void HostPresenter::reportScreen(const Shown& shown, const std::string& is) cons
     auto fields = shown.adapter->describe();
     fields["how"] = shown.how;
     reports_->write(is, fields);
+    const auto page = is == "screen" ? shown.adapter->page() : std::nullopt;
+    if (page) reports_->write("web", *page);
 }
 
 void HostPresenter::reloaded(const ScreenController* screen) const {
@@ -175,7 +161,12 @@ void HostPresenter::reloaded(const ScreenController* screen) const {
     if (shown && shown->screen.get() == screen) reportScreen(*shown, "changed");
 }
 
+void HostPresenter::lookChanged() {
+    if (const auto* shown = topShown()) reportScreen(*shown, "changed");
+}
+
 bool HostPresenter::show() {
+    if (choices_->show()) return true;
     const auto* shown = topShown();
     if (!shown) return false;
     reportScreen(*shown, "screen");
@@ -192,69 +183,11 @@ bool HostPresenter::back() {
 }
 
 void HostPresenter::showAlert(Alert alert) {
-    Choice choice;
-    for (const auto& field : alert.fields) {
-        choice.placeholders.push_back(field.placeholder);
-        choice.fields.push_back(field.text);
-    }
-    const auto placeholders = choice.placeholders;
-    offer(std::move(choice), alert.actions);
-    Json report = {
-        {"title", alert.title}, {"message", alert.message}, {"buttons", choices_.back().labels}};
-    if (!placeholders.empty()) report["fields"] = placeholders;
-    reports_->write("alert", report);
+    choices_->showAlert(std::move(alert));
 }
 
 void HostPresenter::showSheet(ActionSheet sheet) {
-    offer({}, sheet.actions);
-    reports_->write("sheet", {{"heading", sheet.title}, {"entries", choices_.back().labels}});
-}
-
-void HostPresenter::showMenu(std::shared_ptr<SupportMenuView> menu) {
-    menu->view = std::static_pointer_cast<SupportMenuView::View>(shared_from_this());
-    Choice choice;
-    for (const auto& entry : menu->entries) choice.labels.push_back(entry.label);
-    choice.take = [menu](std::size_t index, const auto&) { menu->select(index); };
-    choice.menu = menu;
-    reports_->write("menu", {{"heading", menu->heading},
-                             {"style", nameOfStyle(menu->menuStyle)},
-                             {"entries", choice.labels}});
-    choices_.push_back(std::move(choice));
-}
-
-void HostPresenter::menuShouldDisappear(SupportMenuView& menu) {
-    std::erase_if(choices_, [&](const Choice& choice) { return choice.menu.get() == &menu; });
-}
-
-void HostPresenter::offer(Choice choice, const std::vector<AlertAction>& actions) {
-    for (const auto& action : actions) choice.labels.push_back(action.label);
-    choice.take = [actions](std::size_t index, const std::vector<std::string>& fields) {
-        if (actions[index].handler) actions[index].handler(fields);
-    };
-    choices_.push_back(std::move(choice));
-}
-
-bool HostPresenter::choose(const std::string& label) {
-    if (choices_.empty()) return false;
-    const auto& labels = choices_.back().labels;
-    const auto found = std::find(labels.begin(), labels.end(), label);
-    if (found == labels.end()) return false;
-    const auto index = static_cast<std::size_t>(found - labels.begin());
-    const auto choice = std::move(choices_.back());
-    choices_.pop_back();
-    choice.take(index, choice.fields);
-    return true;
-}
-
-bool HostPresenter::typeIntoAlert(const std::string& text,
-                                  const std::optional<std::string>& field) {
-    if (choices_.empty() || choices_.back().placeholders.empty()) return false;
-    auto& open = choices_.back();
-    const auto found = field ? std::find(open.placeholders.begin(), open.placeholders.end(), *field)
-                             : open.placeholders.begin();
-    if (found == open.placeholders.end()) return false;
-    open.fields[static_cast<std::size_t>(found - open.placeholders.begin())] = text;
-    return true;
+    choices_->showSheet(std::move(sheet));
 }
 
 }  // namespace supportsdk::host

@@ -1,14 +1,13 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "hosts/cli/Choices.h"
 #include "hosts/cli/Reports.h"
 #include "hosts/cli/ScreenAdapter.h"
-#include "supportsdk/launcher/SupportMenuView.h"
 #include "supportsdk/platform/Screens.h"
 
 namespace supportsdk::host {
@@ -16,9 +15,7 @@ namespace supportsdk::host {
 /// Shows screens, menus, sheets and alerts as reports, drives the screens' life cycles, and plays
 /// the person who acts on them. Screens lie in layers: each presented screen opens one, and pushed
 /// ones stack up within it. Main thread.
-class HostPresenter : public Presenter,
-                      public SupportMenuView::View,
-                      public std::enable_shared_from_this<HostPresenter> {
+class HostPresenter : public Presenter, public std::enable_shared_from_this<HostPresenter> {
  public:
     explicit HostPresenter(std::shared_ptr<Reports> reports);
     ~HostPresenter() override;
@@ -32,23 +29,21 @@ class HostPresenter : public Presenter,
     void dismiss(ScreenController& screen) override;
     void showAlert(Alert alert) override;
     void showSheet(ActionSheet sheet) override;
-    void menuShouldDisappear(SupportMenuView& menu) override;
 
     // --- For the host ---
 
     /// A screen that the kit handed to the host.
     void display(std::shared_ptr<ScreenController> screen);
-    void showMenu(std::shared_ptr<SupportMenuView> menu);
+    /// The system looks different: the screen on top shows itself anew.
+    void lookChanged();
+    [[nodiscard]] Choices& choices() const { return *choices_; }
     /// Everything goes, from the top.
     void clear();
 
     // --- The person; false when there is no such thing ---
 
-    /// Takes what has that label in the newest alert, sheet or menu.
-    bool choose(const std::string& label);
-    /// Fills the field with that placeholder, or the first one, of an open alert.
-    bool typeIntoAlert(const std::string& text, const std::optional<std::string>& field);
     bool back();
+    /// Reports what is on top again: an alert, sheet or menu, or else the screen.
     bool show();
     /// The screen on top; null when there is none.
     [[nodiscard]] std::shared_ptr<ScreenAdapter> top() const;
@@ -68,16 +63,6 @@ class HostPresenter : public Presenter,
         std::size_t layer = 0;
         std::size_t index = 0;
     };
-    /// An alert, sheet or menu that waits for the person.
-    struct Choice {
-        std::vector<std::string> labels;
-        std::vector<std::string> placeholders;
-        std::vector<std::string> fields;
-        std::function<void(std::size_t index, const std::vector<std::string>& fields)> take;
-        /// For menus, which the kit takes away itself.
-        std::shared_ptr<SupportMenuView> menu;
-    };
-
     void add(std::size_t layer, const std::shared_ptr<ScreenController>& screen,
              const std::string& how);
     void removeFrom(std::size_t layer, std::size_t first);
@@ -88,12 +73,11 @@ class HostPresenter : public Presenter,
     [[nodiscard]] std::optional<Place> find(const ScreenController& screen) const;
     void reportScreen(const Shown& shown, const std::string& is) const;
     void reloaded(const ScreenController* screen) const;
-    void offer(Choice choice, const std::vector<AlertAction>& actions);
 
-    std::shared_ptr<Reports> reports_;
+    const std::shared_ptr<Reports> reports_;
     std::shared_ptr<NavigationController> root_ = std::make_shared<NavigationController>();
     std::vector<Layer> layers_;
-    std::vector<Choice> choices_;
+    const std::shared_ptr<Choices> choices_;
 };
 
 }  // namespace supportsdk::host

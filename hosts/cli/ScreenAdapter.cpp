@@ -2,6 +2,7 @@
 
 #include "hosts/cli/ChatAdapter.h"
 #include "hosts/cli/SettingsAdapter.h"
+#include "hosts/cli/WebAdapter.h"
 #include "supportsdk/chat/BaseWebViewController.h"
 
 namespace supportsdk::host {
@@ -24,19 +25,6 @@ bool pressIn(const std::vector<BarButton>& buttons, const std::string& label) {
     }
     return false;
 }
-
-/// A web page: where it is.
-class WebAdapter : public ScreenAdapter {
- public:
-    explicit WebAdapter(std::shared_ptr<BaseWebViewController> web)
-        : ScreenAdapter(web), web_(std::move(web)) {}
-
- protected:
-    [[nodiscard]] Json state() const override { return {{"url", web_->initialUrl}}; }
-
- private:
-    std::shared_ptr<BaseWebViewController> web_;
-};
 
 }  // namespace
 
@@ -63,7 +51,7 @@ std::shared_ptr<ScreenAdapter> adapterFor(const std::shared_ptr<ScreenController
         return SettingsAdapter::create(std::move(settings), std::move(reloaded));
     }
     if (auto web = std::dynamic_pointer_cast<BaseWebViewController>(screen)) {
-        return std::make_shared<WebAdapter>(std::move(web));
+        return std::make_shared<WebAdapter>(web, Json{{"url", web->initialUrl}});
     }
     return std::make_shared<ScreenAdapter>(screen);
 }

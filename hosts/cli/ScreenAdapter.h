@@ -24,6 +24,9 @@ class ScreenAdapter {
     /// A bar button, or whatever else the screen has with that label.
     bool press(const std::string& label);
 
+    /// What the screen's web view shows; nothing when it has none.
+    [[nodiscard]] virtual std::optional<Json> page() const { return std::nullopt; }
+
     virtual bool select(std::size_t section, std::size_t row) {
         (void)section, (void)row;
         return false;
@@ -32,10 +35,16 @@ class ScreenAdapter {
         (void)text, (void)field;
         return false;
     }
+    /// Sets a switch or a picker by its label.
+    virtual bool set(const std::string& field, const Json& value) {
+        (void)field, (void)value;
+        return false;
+    }
     virtual bool send() { return false; }
     virtual bool pull() { return false; }
 
  protected:
+    [[nodiscard]] const ScreenController& screen() const { return *screen_; }
     /// What this screen shows beside title and bars.
     [[nodiscard]] virtual Json state() const { return Json::object(); }
     virtual bool pressControl(const std::string& label) {

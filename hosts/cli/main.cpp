@@ -51,6 +51,7 @@ void serve(const std::shared_ptr<Platform>& platform, AsioMainQueue& queue) {
     platform->presenter = presenter;
     platform->progress = std::make_shared<HostProgress>(reports);
     platform->traits = traits;
+    platform->globalAppearance = std::make_shared<HostGlobalAppearance>(reports);
     platform->urlOpener = std::make_shared<HostUrlOpener>(reports, platform->mainQueue);
 
     const EventReporter events(reports);
@@ -58,6 +59,7 @@ void serve(const std::shared_ptr<Platform>& platform, AsioMainQueue& queue) {
     auto button = SupportButton::create(platform);
     button->delegate = delegate;
     button->view = delegate;
+    delegate->iconDidChange(button->icon());
 
     const auto quit = [&queue] { queue.stop(); };
     Commands commands({platform, reports, presenter, traits, button, quit});

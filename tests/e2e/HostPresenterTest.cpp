@@ -118,14 +118,14 @@ TEST_F(HostPresenterTest, ClosesAnAlertBeforeItsChoiceOpensTheNext) {
         presenter->showAlert({"Second", "", {}, {{"OK", ActionStyle::plain, nullptr}}});
     };
     presenter->showAlert({"First", "", {{"Name", ""}}, {{"Go", ActionStyle::plain, second}}});
-    EXPECT_FALSE(presenter->choose("OK"));
-    EXPECT_FALSE(presenter->typeIntoAlert("x", "Street"));
-    EXPECT_TRUE(presenter->typeIntoAlert("Jo", std::nullopt));
-    EXPECT_TRUE(presenter->choose("Go"));
+    EXPECT_FALSE(presenter->choices().choose("OK"));
+    EXPECT_FALSE(presenter->choices().type("x", "Street"));
+    EXPECT_TRUE(presenter->choices().type("Jo", std::nullopt));
+    EXPECT_TRUE(presenter->choices().choose("Go"));
     EXPECT_THAT(typed, ElementsAre("Jo"));
-    EXPECT_FALSE(presenter->choose("Go"));
-    EXPECT_TRUE(presenter->choose("OK"));
-    EXPECT_FALSE(presenter->choose("OK"));
+    EXPECT_FALSE(presenter->choices().choose("Go"));
+    EXPECT_TRUE(presenter->choices().choose("OK"));
+    EXPECT_FALSE(presenter->choices().choose("OK"));
 }
 
 }  // namespace
