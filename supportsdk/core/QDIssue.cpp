@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "supportsdk/core/Fields.h"
+#include "supportsdk/core/ObjectDescription.h"
 
 namespace supportsdk {
 
@@ -117,6 +118,28 @@ bool QDIssue::isClosed() const {
 std::string QDIssue::displayStatus(const Localizer& localizer) const {
     if (isClosed()) return localizer.localized("Closed");
     return localizer.localized(isResolved() ? "Resolved" : "Open");
+}
+
+std::string QDIssue::debugDescription() const {
+    return qd_classPropertiesAndValues("QDIssue", [this] {
+        PropertyList properties{{"isRated", debugText(isRated)},
+                                {"isTemporary", debugText(isTemporary)}};
+        for (const auto& field : fields()) {
+            std::visit(
+                [&](auto member) {
+                    properties.emplace_back(field.writtenKey ? field.writtenKey : field.readKey,
+                                            debugText(this->*member));
+                },
+                field.member);
+        }
+        properties.emplace_back("transcripts", debugText(transcripts));
+        return properties;
+    });
+}
+
+std::shared_ptr<QDIssue> firstIssue(const Json& response) {
+    const auto& results = arrayForKey(response, "results");
+    return results.empty() ? nullptr : std::make_shared<QDIssue>(results.front());
 }
 
 }  // namespace supportsdk

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -39,6 +40,7 @@ class SUPPORTSDK_API QDIssue {
     [[nodiscard]] bool isClosed() const;
     /// "Open", "Resolved" or "Closed", translated.
     [[nodiscard]] std::string displayStatus(const Localizer& localizer) const;
+    [[nodiscard]] std::string debugDescription() const;
 
     /// The user has rated the issue.
     bool isRated = false;
@@ -79,5 +81,9 @@ class SUPPORTSDK_API QDIssue {
     /// Transcripts by comm_id; an object once the record was read.
     std::optional<Json> transcripts;
 };
+
+/// The issue that an answer of the service speaks of: the first under "results". Null when there is
+/// none.
+SUPPORTSDK_API std::shared_ptr<QDIssue> firstIssue(const Json& response);
 
 }  // namespace supportsdk

@@ -275,7 +275,10 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     Identity identity;
 
     std::optional<std::string> currentIssueId;
+    /// For the host; nothing assigns the two issues, only their ids.
+    std::shared_ptr<QDIssue> currentIssue;
     std::optional<std::string> rateableIssueId;
+    std::shared_ptr<QDIssue> rateableIssue;
     /// The credential block of the stored issue.
     std::optional<std::string> xmppdata;
     /// The issues of the customer's location, as last fetched.
