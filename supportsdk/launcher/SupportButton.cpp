@@ -1,5 +1,7 @@
 #include "supportsdk/launcher/SupportButton.h"
 
+#include <chrono>
+
 #include "supportsdk/chat/ChatViewController.h"
 #include "supportsdk/core/Error.h"
 #include "supportsdk/core/EventManager.h"
@@ -41,7 +43,7 @@ bool SupportButton::loadConfigurationFile(const std::string& fileName, const Jso
     customerInfo = unlessNull(information);
     const auto json = Support::jsonFromFile(*platform_, fileName);
     reset();
-    support = Support::create(json.value_or(Json()), weak_from_this(), platform_);
+    replaceSupport(json.value_or(Json()));
     setup();
     return false;
 }
@@ -63,8 +65,15 @@ bool SupportButton::loadConfigurationJSON(const std::string& json,
 
 void SupportButton::initializeSDKWithJSON(const std::optional<Json>& json) {
     if (!json || !json->is_object()) return;
-    support = Support::create(*json, weak_from_this(), platform_);
+    replaceSupport(*json);
     if (auto image = support->getButtonImage()) setIcon(std::move(image));
+}
+
+void SupportButton::replaceSupport(const Json& json) {
+    // An open screen may keep the former one alive; what that still learns is no news of this
+    // button.
+    if (support) support->delegate.reset();
+    support = Support::create(json, weak_from_this(), platform_);
 }
 
 std::optional<Json> SupportButton::jsonFromData(const std::string& data) {
@@ -140,8 +149,9 @@ void SupportButton::supportDidRetrieveSettings(const Json&) {
     const auto& features = source->features;
     const bool awaitsJourneys = features.journeysEnabled;
     if (awaitsJourneys) {
-        source->getJourneysWithCompletion([weak = weak_from_this()] {
-            if (const auto button = weak.lock()) button->tellSettingsAreIn();
+        source->getJourneysWithCompletion([weak = weak_from_this(), asked = std::weak_ptr(source)] {
+            const auto button = weak.lock();
+            if (button && button->support == asked.lock()) button->tellSettingsAreIn();
         });
     }
     source->isSideBySideForms = isSideBySideForms;
@@ -149,7 +159,7 @@ void SupportButton::supportDidRetrieveSettings(const Json&) {
     if (customerInfo) getCustomerWithInformation(*customerInfo);
     getMenuStyle();
     EventManager::notify(event::sdkStarted);
-    if (!awaitsJourneys) tellSettingsAreIn();
+    if (!awaitsJourneys && support == source) tellSettingsAreIn();
 }
 
 void SupportButton::tellSettingsAreIn() {
@@ -162,6 +172,22 @@ void SupportButton::supportDidFailToRetrieveSettings(const Json& response) {
         told->supportButtonDidFailToGetSettingsWithError(
             *this, makeError("Unable to retrieve settings", stringForKey(response, "message")));
     }
+}
+
+RestCallback SupportButton::unlessReloaded(AnswerHandler handler) {
+    return
+        [weak = weak_from_this(), asked = std::weak_ptr(support), handler](const Json& response) {
+            const auto self = weak.lock();
+            if (!self || !self->support || self->support != asked.lock()) return;
+            (*self.*handler)(response);
+        };
+}
+
+RestCallback SupportButton::afterDismissal(AnswerHandler handler) {
+    return [progress = platform_->progress, next = unlessReloaded(handler)](const Json& response) {
+        progress->dismiss();
+        next(response);
+    };
 }
 
 SupportError SupportButton::makeError(const std::string& description,

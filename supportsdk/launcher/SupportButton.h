@@ -1,6 +1,8 @@
 #pragma once
 
-#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,6 +10,7 @@
 
 #include "supportsdk/core/Support.h"
 #include "supportsdk/core/SupportDelegate.h"
+#include "supportsdk/launcher/SupportButtonBadge.h"
 #include "supportsdk/launcher/SupportButtonDelegate.h"
 #include "supportsdk/launcher/SupportMenuView.h"
 #include "supportsdk/platform/Export.h"
@@ -16,25 +19,31 @@
 namespace supportsdk {
 
 class ChatViewController;
+class KBListViewController;
 struct Notification;
 
 /// The text that shows while an issue is fetched or created.
 inline constexpr const char* kCreatingIssueText = "Starting Chat";
+
+/// The port in the device's record on the local network.
+inline constexpr std::uint16_t QDmDNSDefaultPort = 22666;
 
 /// The one control that a host application embeds: it takes a configuration and what the host knows
 /// of the customer, and on a tap opens a menu of the channels that the service's settings allow.
 /// Every screen goes to the delegate, and the host decides how to show it.
 ///
 /// Main thread only. Dropping the last reference ends everything that is under way, also inside a
-/// delegate callback.
+/// delegate callback. So does loading another configuration: what was asked under the former one is
+/// answered to nobody, and opens and stores nothing.
 class SUPPORTSDK_API SupportButton : public SupportDelegate,
+                                     public NetServiceDelegate,
                                      public std::enable_shared_from_this<SupportButton> {
  public:
     /// What the button asks of its picture.
     class View {
      public:
         virtual ~View() = default;
-        /// The badge appeared, disappeared or has another text.
+        /// The badge appeared, disappeared or has another text; badgeGeometry() says where it lies.
         virtual void badgeDidChange(bool visible, const std::string& text) {
             (void)visible, (void)text;
         }
@@ -108,6 +117,37 @@ class SUPPORTSDK_API SupportButton : public SupportDelegate,
     /// Sends a request or an event on the event channel.
     void sendRequest(const std::string& request);
 
+    // --- Calls (SupportButtonCalls.cpp) ---
+
+    /// Fetches a call's room, tells it to the screen broadcast, and says that sharing can start.
+    void videoChatGet(const std::string& commId);
+    /// Leaves the room where the screen broadcast looks for it; null removes what was there.
+    void notifyRoom(const std::optional<std::string>& room,
+                    const std::optional<std::string>& token);
+
+    // --- Local network (SupportButtonAdvertising.cpp) ---
+
+    /// Puts a record of this device on the local network, in place of a former one: the kit's
+    /// version, the device and the integration, the pairs of `publicData` (an object), which win
+    /// over those, and "private", which is `privateData` as a keyed hash and wins over everything.
+    /// Keys are the same whatever their case.
+    ///
+    /// A public value that is no text is written as compact JSON, and null takes the pair away. A
+    /// pair beyond 255 bytes is left out. What is hashed of the private data is a text as it is,
+    /// else its compact JSON with sorted keys; null has no "private", nor has a button without a
+    /// configuration, since that holds the key.
+    ///
+    /// False, and a line in the log, when no such service can be made. True is not yet success:
+    /// that comes to the delegate.
+    bool advertiseServiceWithPublicData(const Json& publicData, const Json& privateData);
+    /// The same with the kit's own pairs alone, for a delegate of one's own.
+    void registermDNSService(std::uint16_t port, std::weak_ptr<NetServiceDelegate> listener);
+    /// The kit's own pairs; what has no value is not among them.
+    [[nodiscard]] std::map<std::string, Bytes> createTXTDictionary() const;
+
+    void netServiceDidPublish(NetService& published) override;
+    void netServiceDidNotPublish(NetService& failed, const Json& errors) override;
+
     // --- Issue flow (SupportButtonIssues.cpp) ---
 
     void getOrCreateIssue();
@@ -117,8 +157,15 @@ class SUPPORTSDK_API SupportButton : public SupportDelegate,
     void createTemporaryIssue();
     void displayChatWithIssue(const std::shared_ptr<QDIssue>& issue);
     [[nodiscard]] static bool isVideoUnavailable();
+
+    // --- Dates (SupportButtonDates.cpp) ---
+
     /// The device's local time as "2026-01-31T12:00:30.000Z"; the Z is a letter, not a zone.
     [[nodiscard]] std::string fullDateString() const;
+    /// The device's local time in a Unicode date pattern (UTS #35) of the numeric fields y, M, d,
+    /// H, h, m, s and S, each with as many digits as it is repeated, and of quoted text. Everything
+    /// else stands for itself.
+    [[nodiscard]] std::string dateWithFormat(const std::string& format) const;
 
     // --- Notifications (SupportButton.cpp) ---
 
@@ -149,7 +196,13 @@ class SUPPORTSDK_API SupportButton : public SupportDelegate,
     /// Null, or what the host said of the customer.
     std::optional<Json> customerInfo;
     std::shared_ptr<SupportMenuView> supportMenuView;
+    /// The latest chat and the latest knowledge base that were opened.
     std::shared_ptr<ChatViewController> chatViewController;
+    std::shared_ptr<KBListViewController> kbListViewController;
+    /// The device's record on the local network; null when there is none.
+    std::shared_ptr<NetService> service;
+    /// For the host; nothing assigns it.
+    std::shared_ptr<NetService> browser;
     std::vector<SupportMenuEntry> supportEntries;
 
     // For the host; only validateCustomerInformation() reads them.
@@ -165,15 +218,31 @@ class SUPPORTSDK_API SupportButton : public SupportDelegate,
     explicit SupportButton(PlatformPtr platform);
 
     void setup();
+    void replaceSupport(const Json& json);
     void setIcon(ImagePtr icon);
     void showBadge(bool visible, const std::string& text);
     void hideBadge();
     void tellSettingsAreIn();
     void displayScreen(std::shared_ptr<ScreenController> screen);
     void openAddress(const std::string& address, const char* description, const char* reason);
+
+    /// What an answer of the present Support is handed to.
+    using AnswerHandler = void (SupportButton::*)(const Json& response);
+    /// Nothing runs once the button is gone or has another configuration.
+    [[nodiscard]] RestCallback unlessReloaded(AnswerHandler handler);
+    /// The same, but the progress text goes in any case, or it would stay for ever.
+    [[nodiscard]] RestCallback afterDismissal(AnswerHandler handler);
+    void customerResolved(const Json& response);
+    void customerNotResolved(const Json& response);
     void createIssueSucceeded(const Json& response);
     void createIssueFailed(const Json& response);
     void activeIssueFetched(const Json& response);
+    void activeIssueMissing(const Json& response);
+    void callRoomFetched(const Json& response);
+    void callRoomMissing(const Json& response);
+    [[nodiscard]] std::shared_ptr<NetService> makeService(
+        std::uint16_t port, std::weak_ptr<NetServiceDelegate> listener) const;
+
     [[nodiscard]] SupportError makeError(const std::string& description,
                                          const std::optional<std::string>& reason) const;
     void failWithDescription(const std::string& description,

@@ -16,23 +16,20 @@ void SupportButton::getCustomerWithInformation(const Json& information) {
         return;
     }
     if (!support) return;
-    const auto weak = weak_from_this();
-    support->getCustomer(
-        information,
-        [weak](const Json&) {
-            const auto self = weak.lock();
-            if (!self) return;
-            if (const auto told = self->delegate.lock()) told->supportButtonDidGetCustomer(*self);
-        },
-        [weak](const Json& response) {
-            const auto self = weak.lock();
-            if (!self) return;
-            if (const auto told = self->delegate.lock()) {
-                told->supportButtonDidFailToGetCustomerWithError(
-                    *self, self->makeError("Unable to retrieve customer information",
-                                           stringForKey(response, "message")));
-            }
-        });
+    support->getCustomer(information, unlessReloaded(&SupportButton::customerResolved),
+                         unlessReloaded(&SupportButton::customerNotResolved));
+}
+
+void SupportButton::customerResolved(const Json&) {
+    if (const auto told = delegate.lock()) told->supportButtonDidGetCustomer(*this);
+}
+
+void SupportButton::customerNotResolved(const Json& response) {
+    if (const auto told = delegate.lock()) {
+        told->supportButtonDidFailToGetCustomerWithError(
+            *this, makeError("Unable to retrieve customer information",
+                             stringForKey(response, "message")));
+    }
 }
 
 void SupportButton::validateCustomerInformation() {

@@ -4,10 +4,12 @@
 
 #include "supportsdk/platform/Export.h"
 #include "supportsdk/platform/Screens.h"
+#include "supportsdk/platform/Values.h"
 
 namespace supportsdk {
 
 struct SupportError;
+class NetService;
 class SupportButton;
 class SupportMenuView;
 
@@ -53,6 +55,15 @@ class SUPPORTSDK_API SupportButtonDelegate {
     }
     /// The user left the kit: take its screens and the button away.
     virtual void supportButtonDidRequestExit(SupportButton& button) { (void)button; }
+
+    /// The device's record is on the local network. It stays while the button holds the service.
+    virtual void supportButtonDidAdvertiseService(SupportButton& button, NetService& service) {
+        (void)button, (void)service;
+    }
+    /// It is not, or not any more; `errors` is that of NetServiceDelegate. Nothing else suffers.
+    virtual void supportButtonDidFailToAdvertiseService(SupportButton& button, const Json& errors) {
+        (void)button, (void)errors;
+    }
 };
 
 }  // namespace supportsdk

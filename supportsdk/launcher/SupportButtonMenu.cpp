@@ -133,9 +133,8 @@ void SupportButton::displayPopupMenu() {
 
 void SupportButton::displayMenuView() {
     const auto self = shared_from_this();
-    supportMenuView = std::make_shared<SupportMenuView>();
+    supportMenuView = SupportMenuView::create(support);
     supportMenuView->showLoginPrompt = showLoginPrompt;
-    supportMenuView->support = support;
     supportMenuView->heading = support ? support->appearance->menuHeading() : "Support";
     supportMenuView->entries = supportEntries;
     supportMenuView->menuStyle = menuStyle;

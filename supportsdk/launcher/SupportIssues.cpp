@@ -1,4 +1,3 @@
-#include "supportsdk/core/Fields.h"
 #include "supportsdk/core/QDIssue.h"
 #include "supportsdk/core/Support.h"
 
@@ -63,10 +62,8 @@ void Support::refreshIssue(const std::optional<std::string>& issueId) {
         *issueId,
         [weak = weak_from_this()](const Json& response) {
             const auto self = weak.lock();
-            const auto& results = arrayForKey(response, "results");
-            if (!self || results.empty()) return;
-            const QDIssue issue(results.front());
-            if (!issue.isOpen()) self->rateableIssueId = issue.id;
+            const auto issue = firstIssue(response);
+            if (self && issue && !issue->isOpen()) self->rateableIssueId = issue->id;
         },
         [log = platform->log](const Json&) { log->write("failure"); });
 }
