@@ -4,17 +4,9 @@
 #include <string>
 
 #include "supportsdk/platform/Images.h"
-#include "supportsdk/platform/Values.h"
+#include "supportsdk/theme/Colors.h"
 
 namespace supportsdk {
-
-/// `rgb` as 0xRRGGBB; `alpha` from 0 to 1, bounded.
-[[nodiscard]] constexpr Color colorFromRGB(std::uint32_t rgb, double alpha = 1.0) {
-    const auto channel = [rgb](int shift) { return static_cast<std::uint8_t>(rgb >> shift); };
-    const double bounded = alpha > 0.0 ? (alpha < 1.0 ? alpha : 1.0) : 0.0;
-    // NOLINTNEXTLINE(bugprone-incorrect-roundings): std::lround is no constant expression
-    return {channel(16), channel(8), channel(0), static_cast<std::uint8_t>(bounded * 255 + 0.5)};
-}
 
 /// A picture that is painted in one colour and stretched between its caps, which are in points.
 struct ChatBubbleImage {

@@ -14,6 +14,7 @@
 #include "supportsdk/chat/QuorrandChatDelegate.h"
 #include "supportsdk/platform/Export.h"
 #include "supportsdk/platform/Platform.h"
+#include "supportsdk/theme/ChatImageReceiver.h"
 
 namespace supportsdk {
 
@@ -35,7 +36,8 @@ inline constexpr std::string_view unreadCountUpdatedNotification =
 ///
 /// Main thread only; no callback runs inside a call, except where an operation reports a state that
 /// it finds.
-class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<QuorrandChat> {
+class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<QuorrandChat>,
+                                    public ChatImageReceiver {
  public:
     /// The process's engine: the living one, or a new one on `platform` when there is none. It
     /// lives as long as somebody holds it, as every Support does, so that the stream's thread ends
@@ -44,7 +46,7 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
 
     /// An engine beside the shared one.
     static std::shared_ptr<QuorrandChat> create(PlatformPtr platform);
-    ~QuorrandChat();
+    ~QuorrandChat() override;
     QuorrandChat(const QuorrandChat&) = delete;
     QuorrandChat& operator=(const QuorrandChat&) = delete;
 
@@ -121,6 +123,8 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
 
     /// Gives the appearance its defaults again.
     void setDefaults();
+    void setChatAttachmentButtonImage(ImagePtr image) override;
+    void setChatSendButtonImage(ImagePtr image) override;
     [[nodiscard]] std::shared_ptr<Bundle> getBundle() const { return platform->kitBundle; }
     /// A resource of the kit as a file address, and as a path; nothing when it is missing.
     [[nodiscard]] std::optional<std::string> URLForResource(const std::string& name,

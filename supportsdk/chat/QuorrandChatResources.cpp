@@ -52,6 +52,14 @@ void QuorrandChat::setDefaults() {
     appearance.chatSendButtonImage = imageForResource("send.png");
 }
 
+void QuorrandChat::setChatAttachmentButtonImage(ImagePtr image) {
+    appearance.chatAttachmentButtonImage = std::move(image);
+}
+
+void QuorrandChat::setChatSendButtonImage(ImagePtr image) {
+    appearance.chatSendButtonImage = std::move(image);
+}
+
 std::optional<std::string> QuorrandChat::URLForResource(const std::string& name,
                                                         const std::string& extension) const {
     const auto path = pathForResource(name, extension);

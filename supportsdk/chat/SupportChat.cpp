@@ -1,10 +1,12 @@
 #include "supportsdk/chat/QuorrandChat.h"
 #include "supportsdk/core/Support.h"
+#include "supportsdk/theme/Appearance.h"
 
 namespace supportsdk {
 
 void Support::attachChat() {
     chat = QuorrandChat::sharedInstance(platform);
+    appearance->setChatImageReceiver(chat);
 }
 
 void Support::shareHeadersWithChat() {
