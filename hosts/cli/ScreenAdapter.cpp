@@ -3,7 +3,7 @@
 #include "hosts/cli/ChatAdapter.h"
 #include "hosts/cli/SettingsAdapter.h"
 #include "hosts/cli/WebAdapter.h"
-#include "supportsdk/chat/BaseWebViewController.h"
+#include "supportsdk/core/BaseWebViewController.h"
 
 namespace supportsdk::host {
 

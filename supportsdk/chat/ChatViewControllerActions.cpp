@@ -1,8 +1,8 @@
 #include <string_view>
 
-#include "supportsdk/chat/BaseWebViewController.h"
 #include "supportsdk/chat/ChatViewController.h"
 #include "supportsdk/chat/QuorrandChatMessage.h"
+#include "supportsdk/core/BaseWebViewController.h"
 
 namespace supportsdk {
 
@@ -63,8 +63,8 @@ void ChatViewController::showAttachment(const Message& message) {
 
 void ChatViewController::presentWebPage(const std::string& url, const std::string& backLabel) {
     auto navigation = std::make_shared<NavigationController>();
-    navigation->children.push_back(
-        std::make_shared<BaseWebViewController>(platform(), "Attachment", backLabel, url));
+    navigation->children.push_back(std::make_shared<BaseWebViewController>(
+        platform(), localized("Attachment"), localized(backLabel), url));
     platform().presenter->present(std::move(navigation), this);
 }
 

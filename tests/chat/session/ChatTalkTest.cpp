@@ -1,4 +1,4 @@
-#include "supportsdk/chat/BaseWebViewController.h"
+#include "supportsdk/core/BaseWebViewController.h"
 #include "tests/chat/session/ChatSessionFixture.h"
 
 namespace supportsdk::test {
