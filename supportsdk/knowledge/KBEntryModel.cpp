@@ -1,0 +1,71 @@
+#include "supportsdk/knowledge/KBEntryModel.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "supportsdk/core/Fields.h"
+
+namespace supportsdk {
+
+namespace {
+
+/// Identifiers come as numbers from some services, and have to find each other all the same.
+std::optional<std::string> textForKey(const Json& dictionary, std::string_view key) {
+    const auto* value = valueForKey(dictionary, key);
+    if (value && value->is_number()) return dumpJson(*value);
+    return stringForKey(dictionary, key);
+}
+
+}  // namespace
+
+KBEntryModel::KBEntryModel(const Json& dictionary)
+    : title(textForKey(dictionary, "title")),
+      body(textForKey(dictionary, "body")),
+      created(textForKey(dictionary, "created")),
+      folderName(textForKey(dictionary, "folder_name")),
+      id(textForKey(dictionary, "id")),
+      keywords(textForKey(dictionary, "keywords")),
+      ownerPartnerId(textForKey(dictionary, "owner_partner_id")),
+      parentId(textForKey(dictionary, "parent_id")),
+      rootName(textForKey(dictionary, "root_name")),
+      rootParentId(textForKey(dictionary, "root_parent_id")),
+      shortName(textForKey(dictionary, "short_name")),
+      status(textForKey(dictionary, "status")),
+      subtitle(textForKey(dictionary, "sub_title")),
+      type(integerForKey(dictionary, "type").value_or(0)),
+      visibility(textForKey(dictionary, "visibility")),
+      avatar(textForKey(dictionary, "avatar")),
+      preview(textForKey(dictionary, "preview")),
+      url(textForKey(dictionary, "url")),
+      desc(textForKey(dictionary, "description")),
+      searchable(textForKey(dictionary, "searchable")),
+      path(textForKey(dictionary, "path")),
+      actual_path(textForKey(dictionary, "actual_path")) {}
+
+KBEntryModel::~KBEntryModel() {
+    auto doomed = std::move(children);
+    while (!doomed.empty()) {
+        const auto entry = std::move(doomed.back());
+        doomed.pop_back();
+        if (entry.use_count() > 1) continue;
+        doomed.insert(doomed.end(), std::make_move_iterator(entry->children.begin()),
+                      std::make_move_iterator(entry->children.end()));
+        entry->children.clear();
+    }
+}
+
+std::vector<std::shared_ptr<KBEntryModel>> KBEntryModel::folders() const {
+    std::vector<std::shared_ptr<KBEntryModel>> found;
+    std::copy_if(children.begin(), children.end(), std::back_inserter(found),
+                 [](const auto& child) { return child->isFolder(); });
+    return found;
+}
+
+std::vector<std::shared_ptr<KBEntryModel>> KBEntryModel::articles() const {
+    std::vector<std::shared_ptr<KBEntryModel>> found;
+    std::copy_if(children.begin(), children.end(), std::back_inserter(found),
+                 [](const auto& child) { return !child->isFolder(); });
+    return found;
+}
+
+}  // namespace supportsdk

@@ -1,0 +1,102 @@
+#include "supportsdk/knowledge/KBListViewController.h"
+
+#include <utility>
+
+#include "supportsdk/core/EventManager.h"
+#include "supportsdk/core/EventNames.h"
+#include "supportsdk/knowledge/KBViewController.h"
+
+namespace supportsdk {
+
+std::shared_ptr<KBListViewController> KBListViewController::create(
+    std::shared_ptr<Support> support) {
+    return std::shared_ptr<KBListViewController>(new KBListViewController(std::move(support)));
+}
+
+KBListViewController::KBListViewController(std::shared_ptr<Support> owner)
+    : support(std::move(owner)) {}
+
+void KBListViewController::viewDidLoad() {
+    if (support->kbViewModel) {
+        supportUpdateKBWithModel(support->kbViewModel);
+    } else {
+        support->getKB(self());
+    }
+}
+
+void KBListViewController::viewWillAppear() {
+    // A screen on top of this one has taken the model over, and may have folded folders.
+    if (kbViewModel && kbViewModel->delegate.lock().get() != this) {
+        kbViewModel->delegate = self();
+        reloadTable();
+    }
+    if (support->isKBRequested) {
+        isRetrievingShown_ = true;
+        support->platform->progress->showStatus(
+            support->platform->localizer->localized("Retrieving"));
+    }
+    EventManager::notify(event::knowledgeStarted);
+}
+
+void KBListViewController::viewDidAppear() {
+    if (kbViewModel) dismissProgress();
+}
+
+void KBListViewController::viewWillDisappear() {
+    dismissProgress();
+    EventManager::notify(event::knowledgeEnded);
+}
+
+void KBListViewController::supportUpdateKBWithModel(const std::shared_ptr<KBViewModel>& model) {
+    if (model) {
+        kbViewModel = model;
+        kbViewModel->delegate = self();
+        reloadTable();
+    }
+    dismissProgress();
+}
+
+void KBListViewController::viewModelDidExpandFolder(KBViewModel& /*model*/,
+                                                    const std::shared_ptr<KBEntryModel>&) {
+    reloadTable();
+}
+
+void KBListViewController::viewModelDidSelectFolder(KBViewModel& /*model*/,
+                                                    const std::shared_ptr<KBEntryModel>& folder) {
+    const auto list = create(support);
+    list->kbViewModel = KBViewModel::createWithFolder(folder);
+    support->platform->presenter->push(list, *this);
+}
+
+void KBListViewController::viewModelDidSelectEntry(KBViewModel& /*model*/,
+                                                   const std::shared_ptr<KBEntryModel>& entry) {
+    const auto& platform = *support->platform;
+    const auto heading = entry->title.value_or("");
+    if (entry->url && !entry->url->empty()) {
+        const auto navigation = std::make_shared<NavigationController>();
+        navigation->children.push_back(std::make_shared<KBViewController>(
+            platform, heading, platform.localizer->localized("Done"), *entry->url));
+        platform.presenter->present(navigation, this);
+        return;
+    }
+    const auto article = std::make_shared<BaseWebViewController>(
+        platform, heading, platform.localizer->localized("Back"), "");
+    article->html = entry->body.value_or("");
+    article->isPushed = true;
+    platform.presenter->push(article, *this);
+}
+
+void KBListViewController::reloadTable() {
+    if (const auto picture = view.lock()) picture->reloadTable();
+}
+
+/// The text stays until the rows are there to be seen, or the screen is left.
+void KBListViewController::dismissProgress() {
+    if (std::exchange(isRetrievingShown_, false)) support->platform->progress->dismiss();
+}
+
+std::shared_ptr<KBListViewController> KBListViewController::self() {
+    return std::static_pointer_cast<KBListViewController>(shared_from_this());
+}
+
+}  // namespace supportsdk

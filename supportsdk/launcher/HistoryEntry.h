@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "supportsdk/core/QDIssue.h"
+#include "supportsdk/platform/Platform.h"
+
+namespace supportsdk {
+
+/// Of the picture that shows while the agent's own is missing.
+inline constexpr const char* kUserPlaceholderImage = "user-placeholder-round";
+
+/// What a row of the history shows of an issue, translated; "" for what is unknown.
+struct HistoryEntry {
+    std::string chatId;
+    /// The day on which the issue was created, or resolved when it is no longer open, in the
+    /// device's time zone.
+    std::string date;
+    std::string status;
+    /// Only of a rated issue that is no longer open.
+    std::string rating;
+    /// The latest line of an open issue's chat, with who wrote it.
+    std::string latestMessage;
+    /// Address of the agent's picture, unchecked.
+    std::optional<std::string> avatar;
+};
+
+SUPPORTSDK_API HistoryEntry historyEntry(const QDIssue& issue, const Platform& platform);
+
+}  // namespace supportsdk
