@@ -98,6 +98,7 @@ void SupportButton::setup() {
             if (const auto self = weak.lock()) self->handleNotifications(notification);
         }));
     platform_->progress->setDarkStyle(support && support->appearance->darkMode());
+    if (support) support->appearance->configureNavigationBar();
     if (const auto data = platform_->kitBundle->data("support-sdk-icon", "png")) {
         setIcon(platform_->images->decode(*data));
     }
@@ -155,6 +156,7 @@ void SupportButton::supportDidRetrieveSettings(const Json&) {
         });
     }
     source->isSideBySideForms = isSideBySideForms;
+    if (features.kbEnabled) source->getKB({});
     if (features.historyEnabled) source->getHistory();
     if (customerInfo) getCustomerWithInformation(*customerInfo);
     getMenuStyle();

@@ -117,6 +117,12 @@ class SUPPORTSDK_API SupportButton : public SupportDelegate,
     /// Sends a request or an event on the event channel.
     void sendRequest(const std::string& request);
 
+    // --- Channels with screens of their own (SupportButtonChannels.cpp) ---
+
+    void actionSearchKnowledge();
+    void displayKnowledgeBase();
+    void actionJourneys();
+
     // --- Calls (SupportButtonCalls.cpp) ---
 
     /// Fetches a call's room, tells it to the screen broadcast, and says that sharing can start.

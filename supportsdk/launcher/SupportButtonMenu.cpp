@@ -19,6 +19,7 @@ constexpr int iconListWithExit = 4;
 struct Channel {
     bool (*isOffered)(const SupportButton& button);
     std::optional<std::string> (Appearance::*text)() const;
+    ImagePtr (Appearance::*icon)() const;
     /// For a theme without a text of its own.
     const char* fallback;
     void (SupportButton::*action)();
@@ -26,6 +27,11 @@ struct Channel {
 
 const Features& featuresOf(const SupportButton& button) {
     return button.support->features;
+}
+
+template <bool Features::*isEnabled>
+bool offers(const SupportButton& button) {
+    return featuresOf(button).*isEnabled;
 }
 
 bool offersChat(const SupportButton& button) {
@@ -46,16 +52,30 @@ bool offersPhone(const SupportButton& button) {
            button.support->platform->urlOpener->canOpen("tel://");
 }
 
+/// Only once they have arrived; the next tap finds them.
+bool offersJourneys(const SupportButton& button) {
+    return featuresOf(button).journeysEnabled && !button.support->journeys.empty();
+}
+
 bool offersExit(const SupportButton& button) {
     return button.menuStyle == iconListWithExit;
 }
 
 const Channel channels[] = {
-    {offersChat, &Appearance::chatMenuText, "Chat", &SupportButton::actionChat},
-    {offersWeb, &Appearance::webMenuText, "Website", &SupportButton::actionWeb},
-    {offersEmail, &Appearance::emailMenuText, "E-mail", &SupportButton::actionEmail},
-    {offersPhone, &Appearance::phoneMenuText, "Phone", &SupportButton::actionPhone},
-    {offersExit, &Appearance::exitMenuText, "Exit", &SupportButton::actionExit},
+    {offersChat, &Appearance::chatMenuText, &Appearance::chatMenuIcon, "Chat",
+     &SupportButton::actionChat},
+    {offers<&Features::kbEnabled>, &Appearance::knowledgeMenuText, &Appearance::knowledgeMenuIcon,
+     "Knowledge base", &SupportButton::actionSearchKnowledge},
+    {offersWeb, &Appearance::webMenuText, &Appearance::webMenuIcon, "Website",
+     &SupportButton::actionWeb},
+    {offersEmail, &Appearance::emailMenuText, &Appearance::emailMenuIcon, "E-mail",
+     &SupportButton::actionEmail},
+    {offersPhone, &Appearance::phoneMenuText, &Appearance::phoneMenuIcon, "Phone",
+     &SupportButton::actionPhone},
+    {offersJourneys, &Appearance::journeysMenuText, &Appearance::journeysMenuIcon, "Journeys",
+     &SupportButton::actionJourneys},
+    {offersExit, &Appearance::exitMenuText, &Appearance::exitMenuIcon, "Exit",
+     &SupportButton::actionExit},
 };
 
 }  // namespace
@@ -102,6 +122,7 @@ void SupportButton::createSupportEntries() {
         const auto text = (*support->appearance.*channel.text)();
         SupportMenuEntry entry;
         entry.label = text ? *text : platform_->localizer->localized(channel.fallback);
+        entry.image = (*support->appearance.*channel.icon)();
         entry.action = [weak = weak_from_this(), action = channel.action] {
             const auto self = weak.lock();
             if (!self) return;
@@ -116,6 +137,7 @@ void SupportButton::displayPopupMenu() {
     const auto self = shared_from_this();
     ActionSheet sheet;
     sheet.title = support ? support->appearance->menuHeading() : "Support";
+    if (support) sheet.tint = support->appearance->menuTextColor();
     sheet.actions.push_back({platform_->localizer->localized("Cancel"), ActionStyle::cancel,
                              [weak = weak_from_this()](const auto&) {
                                  if (const auto button = weak.lock())
