@@ -3,7 +3,7 @@
 # takes the pictures as they lie there. Needs rsvg-convert and ImageMagick's convert.
 #   svg/NAME.svg            -> NAME.png, in the size that the drawing states
 #   svg/photo/NAME.svg      -> NAME.jpg
-#   svg/moving/NAME/NN.svg  -> NAME.gif, one frame a drawing
+#   svg/moving/NAME/NN.svg  -> NAME.gif, one frame a drawing; the first one rests
 set -euo pipefail
 cd "$(dirname "$0")/../resources"
 frames=$(mktemp -d)
@@ -25,6 +25,7 @@ for folder in svg/moving/*/; do
         rsvg-convert "$source" -o "$frames/$name/$(basename "$source" .svg).png"
     done
     # A GIF's pixel is either there or not: half-covered edges go, so that no light fringe shows on dark.
-    convert -delay 12 -loop 0 -dispose Background "$frames/$name"/*.png \
+    convert -loop 0 -dispose Background -delay 10 "$frames/$name"/*.png \
+        \( -clone 0 -set delay 90 \) -swap 0,-1 -delete -1 \
         -channel A -threshold 50% +channel -strip "images/$name.gif"
 done
