@@ -293,7 +293,8 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
 
     std::vector<std::shared_ptr<QDFormModel>> forms;
     bool isFormsRequested = false;
-    /// The answers that have come in this batch.
+    /// The requests of the latest batch, and the answers that have come to them.
+    std::size_t nFormsRequested = 0;
     std::size_t nFormRetrievalAttempts = 0;
     std::weak_ptr<SupportDelegate> formsDelegate;
 
