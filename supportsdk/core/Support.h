@@ -319,6 +319,7 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     void applyTheme(const ChannelTitles& titles, const Json& settings);  // theme/SupportTheme.cpp
     void attachChat();                                                   // chat/SupportChat.cpp
     void shareHeadersWithChat();                                         // chat/SupportChat.cpp
+    void historyDidArrive(const Json& response);  // launcher/SupportHistory.cpp
 };
 
 }  // namespace supportsdk

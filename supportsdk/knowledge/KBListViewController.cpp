@@ -5,6 +5,7 @@
 #include "supportsdk/core/EventManager.h"
 #include "supportsdk/core/EventNames.h"
 #include "supportsdk/knowledge/KBViewController.h"
+#include "supportsdk/theme/Appearance.h"
 
 namespace supportsdk {
 
@@ -73,9 +74,11 @@ void KBListViewController::viewModelDidSelectEntry(KBViewModel& /*model*/,
     const auto& platform = *support->platform;
     const auto heading = entry->title.value_or("");
     if (entry->url && !entry->url->empty()) {
+        const auto browser = std::make_shared<KBViewController>(
+            platform, heading, platform.localizer->localized("Done"), *entry->url);
+        browser->barTintColor = support->appearance->linkAndButtonTintColor;
         const auto navigation = std::make_shared<NavigationController>();
-        navigation->children.push_back(std::make_shared<KBViewController>(
-            platform, heading, platform.localizer->localized("Done"), *entry->url));
+        navigation->children.push_back(browser);
         platform.presenter->present(navigation, this);
         return;
     }
@@ -83,6 +86,8 @@ void KBListViewController::viewModelDidSelectEntry(KBViewModel& /*model*/,
         platform, heading, platform.localizer->localized("Back"), "");
     article->html = entry->body.value_or("");
     article->isPushed = true;
+    article->barColor = support->appearance->systemBackgroundColor;
+    article->barTintColor = support->appearance->linkAndButtonTintColor;
     platform.presenter->push(article, *this);
 }
 

@@ -47,8 +47,11 @@ class SUPPORTSDK_API DialogViewController : public ScreenController {
  protected:
     DialogViewController(std::shared_ptr<Support> support, std::weak_ptr<SupportButton> button);
 
-    void leave();
+    void dismiss();
     [[nodiscard]] std::string localized(const char* english) const;
+
+ private:
+    void present(ScreenController* over);
 };
 
 }  // namespace supportsdk

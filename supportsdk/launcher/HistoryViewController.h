@@ -2,9 +2,10 @@
 
 #include <cstddef>
 #include <memory>
+#include <string>
 
 #include "supportsdk/core/Support.h"
-#include "supportsdk/launcher/HistoryEntry.h"
+#include "supportsdk/launcher/HistoryRow.h"
 #include "supportsdk/launcher/HistoryViewModel.h"
 #include "supportsdk/platform/Export.h"
 #include "supportsdk/platform/Screens.h"
@@ -36,7 +37,7 @@ class SUPPORTSDK_API HistoryViewController : public ScreenController,
 
     [[nodiscard]] std::size_t numberOfRows() const;
     /// Empty texts when there is no such row.
-    [[nodiscard]] HistoryEntry row(std::size_t index) const;
+    [[nodiscard]] HistoryRow row(std::size_t index) const;
     void didSelectRow(std::size_t index);
 
     /// Gives Support's model the stored switches; one that was never stored is on.
@@ -58,6 +59,7 @@ class SUPPORTSDK_API HistoryViewController : public ScreenController,
     HistoryViewController(std::shared_ptr<Support> support, std::weak_ptr<SupportButton> button);
 
     void reloadTable();
+    [[nodiscard]] std::string localized(const char* english) const;
     [[nodiscard]] std::shared_ptr<HistoryViewController> self();
 
     /// What the table shows: it keeps the former model until it is told of another one.

@@ -1,6 +1,7 @@
 #include "supportsdk/core/Fields.h"
 #include "supportsdk/core/QDIssue.h"
 #include "supportsdk/core/Support.h"
+#include "supportsdk/launcher/HistoryViewModel.h"
 
 namespace supportsdk {
 
@@ -10,19 +11,31 @@ void Support::getHistory() {
     historyEntries.clear();
     executeGet("/issues/history?members_locations_id=" + identity.membersLocationsId.text(),
                endpoint, Json(), [weak = weak_from_this()](const Json& response) {
-                   const auto self = weak.lock();
-                   if (!self) return;
-                   self->isHistoryRequested = false;
-                   const auto status = integerForKey(response, "status");
-                   if (status && *status != 200) {
-                       self->platform->progress->dismiss();
-                       return;
-                   }
-                   self->historyEntries.clear();
-                   for (const auto& entry : arrayForKey(response, "results")) {
-                       self->historyEntries.push_back(std::make_shared<QDIssue>(entry));
-                   }
+                   if (const auto self = weak.lock()) self->historyDidArrive(response);
                });
+}
+
+void Support::historyDidArrive(const Json& response) {
+    isHistoryRequested = false;
+    const auto status = integerForKey(response, "status");
+    if (status && *status != 200) {
+        platform->progress->dismiss();
+        return;
+    }
+    const auto* results = valueForKey(response, "results");
+    if (!results || !results->is_array()) {
+        updateHistoryDelegateWithModel(nullptr);
+        return;
+    }
+    historyEntries.clear();
+    for (const auto& entry : *results) historyEntries.push_back(std::make_shared<QDIssue>(entry));
+    historyViewModel =
+        std::make_shared<HistoryViewModel>(platform->clock, appearance, historyEntries);
+    updateHistoryDelegateWithModel(historyViewModel);
+}
+
+void Support::updateHistoryDelegateWithModel(const std::shared_ptr<HistoryViewModel>& model) {
+    if (const auto told = historyDelegate.lock()) told->supportUpdateHistory(model);
 }
 
 }  // namespace supportsdk

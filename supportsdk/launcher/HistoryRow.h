@@ -12,7 +12,7 @@ namespace supportsdk {
 inline constexpr const char* kUserPlaceholderImage = "user-placeholder-round";
 
 /// What a row of the history shows of an issue, translated; "" for what is unknown.
-struct HistoryEntry {
+struct HistoryRow {
     std::string chatId;
     /// The day on which the issue was created, or resolved when it is no longer open, in the
     /// device's time zone.
@@ -26,6 +26,10 @@ struct HistoryEntry {
     std::optional<std::string> avatar;
 };
 
-SUPPORTSDK_API HistoryEntry historyEntry(const QDIssue& issue, const Platform& platform);
+/// The moment of an issue's field, such as "2026-01-31 12:00:30" in the device's time zone.
+std::optional<Clock::Time> dateFromIssue(const Clock& clock,
+                                         const std::optional<std::string>& text);
+
+SUPPORTSDK_API HistoryRow historyRow(const QDIssue& issue, const Platform& platform);
 
 }  // namespace supportsdk
