@@ -38,14 +38,14 @@ struct ImageLoader::State : std::enable_shared_from_this<State> {
 
     void fetchNext() {
         while (loads < maximumLoads && !toFetch.empty()) {
-            auto url = std::move(toFetch.front());
+            const auto url = std::move(toFetch.front());
             toFetch.pop_front();
             ++loads;
-            fetch(std::move(url));
+            fetch(url);
         }
     }
 
-    void fetch(std::string url) {
+    void fetch(const std::string& url) {
         if (!isWebAddress(url)) return postResult(url, nullptr);
         HttpRequest request;
         request.url = url;
