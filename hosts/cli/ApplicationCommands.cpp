@@ -1,4 +1,5 @@
 #include "hosts/cli/Commands.h"
+#include "hosts/cli/ThemeReport.h"
 #include "supportsdk/core/Fields.h"
 
 // What the application that embeds the kit does.
@@ -60,6 +61,20 @@ void Commands::defaults(const Json& command) {
 
 void Commands::settings(const Json&) {
     if (needConfiguration()) parts_.button->actionSettings();
+}
+
+void Commands::theme(const Json&) {
+    if (!needConfiguration()) return;
+    parts_.reports->write("theme", describeTheme(*parts_.button->support->appearance));
+}
+
+void Commands::advertise(const Json& command) {
+    const auto* shown = valueForKey(command, "public");
+    if (shown && !shown->is_object()) return parts_.reports->refuse("\"public\" is no object");
+    const auto* hidden = valueForKey(command, "private");
+    refuseUnless(parts_.button->advertiseServiceWithPublicData(shown ? *shown : Json::object(),
+                                                               hidden ? *hidden : Json()),
+                 "this device cannot be advertised");
 }
 
 }  // namespace supportsdk::host

@@ -47,14 +47,6 @@ bool isContinuation(char byte) {
 
 }  // namespace
 
-std::shared_ptr<ChatAdapter> ChatAdapter::create(std::shared_ptr<QDChatViewController> chat,
-                                                 std::function<void()> reloaded) {
-    auto adapter =
-        std::shared_ptr<ChatAdapter>(new ChatAdapter(std::move(chat), std::move(reloaded)));
-    adapter->chat_->view = std::static_pointer_cast<QDChatViewController::View>(adapter);
-    return adapter;
-}
-
 ChatAdapter::ChatAdapter(std::shared_ptr<QDChatViewController> chat, std::function<void()> reloaded)
     : ScreenAdapter(chat), chat_(std::move(chat)), reloaded_(std::move(reloaded)) {}
 

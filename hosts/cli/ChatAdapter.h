@@ -11,8 +11,7 @@ namespace supportsdk::host {
 /// A chat: its lines in groups, their buttons, and the entry bar.
 class ChatAdapter : public ScreenAdapter, public QDChatViewController::View {
  public:
-    static std::shared_ptr<ChatAdapter> create(std::shared_ptr<QDChatViewController> chat,
-                                               std::function<void()> reloaded);
+    ChatAdapter(std::shared_ptr<QDChatViewController> chat, std::function<void()> reloaded);
 
     bool type(const std::string& text, const std::optional<std::string>& field) override;
     bool send() override;
@@ -25,8 +24,6 @@ class ChatAdapter : public ScreenAdapter, public QDChatViewController::View {
     bool pressControl(const std::string& label) override;
 
  private:
-    ChatAdapter(std::shared_ptr<QDChatViewController> chat, std::function<void()> reloaded);
-
     [[nodiscard]] Json describeLine(const QuorrandChatMessage& line) const;
 
     std::shared_ptr<QDChatViewController> chat_;

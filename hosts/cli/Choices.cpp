@@ -66,6 +66,12 @@ void Choices::menuShouldDisappear(SupportMenuView& menu) {
     std::erase_if(open_, [&](const Choice& choice) { return choice.menu.get() == &menu; });
 }
 
+void Choices::menuAppearanceDidChange(SupportMenuView& menu) {
+    auto fields = describeMenu(menu);
+    fields["class"] = "SupportMenuView";
+    reports_->write("changed", fields);
+}
+
 bool Choices::choose(const std::string& label) {
     if (open_.empty()) return false;
     const auto& labels = open_.back().labels;

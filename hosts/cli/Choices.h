@@ -21,6 +21,7 @@ class Choices : public SupportMenuView::View, public std::enable_shared_from_thi
     void showSheet(ActionSheet sheet);
     void showMenu(std::shared_ptr<SupportMenuView> menu);
     void menuShouldDisappear(SupportMenuView& menu) override;
+    void menuAppearanceDidChange(SupportMenuView& menu) override;
     void clear() { open_.clear(); }
 
     // --- The person; false when there is no such thing ---

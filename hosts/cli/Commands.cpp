@@ -14,17 +14,27 @@ constexpr std::int64_t longestWait = 600'000;
 
 Commands::Handler Commands::handlerOf(const std::string& name) {
     static const std::map<std::string, Handler> handlers = {
-        {"load", &Commands::load},         {"loadFile", &Commands::loadFile},
-        {"customer", &Commands::customer}, {"request", &Commands::request},
+        {"load", &Commands::load},
+        {"loadFile", &Commands::loadFile},
+        {"customer", &Commands::customer},
+        {"request", &Commands::request},
         {"dark", &Commands::dark},
-
-        {"defaults", &Commands::defaults}, {"settings", &Commands::settings},
-        {"tap", &Commands::tap},           {"choose", &Commands::choose},
-        {"press", &Commands::press},       {"select", &Commands::select},
-        {"type", &Commands::type},         {"set", &Commands::set},
-        {"send", &Commands::send},         {"pull", &Commands::pull},
-        {"back", &Commands::back},         {"show", &Commands::show},
-        {"wait", &Commands::wait},         {"quit", &Commands::quit},
+        {"theme", &Commands::theme},
+        {"advertise", &Commands::advertise},
+        {"defaults", &Commands::defaults},
+        {"settings", &Commands::settings},
+        {"tap", &Commands::tap},
+        {"choose", &Commands::choose},
+        {"press", &Commands::press},
+        {"select", &Commands::select},
+        {"type", &Commands::type},
+        {"set", &Commands::set},
+        {"send", &Commands::send},
+        {"pull", &Commands::pull},
+        {"back", &Commands::back},
+        {"show", &Commands::show},
+        {"wait", &Commands::wait},
+        {"quit", &Commands::quit},
     };
     const auto found = handlers.find(name);
     return found == handlers.end() ? nullptr : found->second;

@@ -44,6 +44,8 @@ class Commands {
     void customer(const Json& command);
     void request(const Json& command);
     void dark(const Json& command);
+    void theme(const Json& command);
+    void advertise(const Json& command);
     void defaults(const Json& command);
     void settings(const Json& command);
 

@@ -62,6 +62,17 @@ void HostDelegate::supportButtonDidRequestExit(SupportButton&) {
     presenter_->clear();
 }
 
+void HostDelegate::supportButtonDidAdvertiseService(SupportButton&, NetService& service) {
+    report("supportButtonDidAdvertiseService", {{"name", service.name()},
+                                                {"type", service.type()},
+                                                {"domain", service.domain()},
+                                                {"port", service.port()}});
+}
+
+void HostDelegate::supportButtonDidFailToAdvertiseService(SupportButton&, const Json& errors) {
+    report("supportButtonDidFailToAdvertiseService", {{"errors", errors}});
+}
+
 void HostDelegate::badgeDidChange(bool visible, const std::string& text) {
     reports_->write("badge", {{"visible", visible}, {"text", text}});
 }

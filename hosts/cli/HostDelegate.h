@@ -27,6 +27,8 @@ class HostDelegate : public SupportButtonDelegate, public SupportButton::View {
     void supportButtonDisplayViewController(SupportButton&,
                                             std::shared_ptr<ScreenController> screen) override;
     void supportButtonDidRequestExit(SupportButton& button) override;
+    void supportButtonDidAdvertiseService(SupportButton&, NetService& service) override;
+    void supportButtonDidFailToAdvertiseService(SupportButton&, const Json& errors) override;
 
     void badgeDidChange(bool visible, const std::string& text) override;
     void iconDidChange(const ImagePtr& icon) override;

@@ -37,6 +37,14 @@ void HostGlobalAppearance::set(const char* what, Json value) {
     if (std::exchange(values_[what], value) != value) reports_->write("appearance", value);
 }
 
+std::optional<Color> HostTraits::systemColor(const std::string& name) const {
+    constexpr Color black{0, 0, 0};
+    constexpr Color white{255, 255, 255};
+    if (name == "labelColor") return isDark_ ? white : black;
+    if (name == "systemBackgroundColor") return isDark_ ? black : white;
+    return std::nullopt;
+}
+
 Registration HostTraits::observe(std::function<void()> changed) {
     const int id = observers_->empty() ? 0 : observers_->rbegin()->first + 1;
     observers_->emplace(id, std::move(changed));

@@ -51,9 +51,11 @@ class HostGlobalAppearance : public GlobalAppearance {
     std::map<std::string, Json> values_;
 };
 
+/// A look that is switched by command, in black and white.
 class HostTraits : public Traits {
  public:
     [[nodiscard]] bool darkMode() const override { return isDark_; }
+    [[nodiscard]] std::optional<Color> systemColor(const std::string& name) const override;
     [[nodiscard]] Registration observe(std::function<void()> changed) override;
     void setDark(bool on);
 

@@ -1,5 +1,7 @@
 #include "hosts/cli/HostPresenter.h"
 
+#include "hosts/cli/Adapters.h"
+
 namespace supportsdk::host {
 
 HostPresenter::HostPresenter(std::shared_ptr<Reports> reports)
@@ -64,18 +66,16 @@ void HostPresenter::add(std::size_t layer, const std::shared_ptr<ScreenControlle
     auto adapter = adapterFor(screen, [weak = weak_from_this(), raw = screen.get()] {
         if (const auto presenter = weak.lock()) presenter->reloaded(raw);
     });
-    layers_[layer].screens.push_back({screen, std::move(adapter), how});
+    layers_[layer].screens.push_back({screen, std::move(adapter), how, false});
     updateNavigation(layer);
 
     screen->viewDidLoad();
     if (covered) covered->viewWillDisappear();
     screen->viewWillAppear();
-    // It may have left again, by its own doing.
-    if (const auto place = find(*screen)) {
-        reportScreen(layers_[place->layer].screens[place->index], "screen");
-    }
+    reportNewScreens();
     if (covered) covered->viewDidDisappear();
-    screen->viewDidAppear();
+    // It may have left again or opened another one, by its own doing.
+    if (isOnTop(*screen)) screen->viewDidAppear();
 }
 
 void HostPresenter::removeFrom(std::size_t layer, std::size_t first) {
@@ -96,12 +96,12 @@ void HostPresenter::removeFrom(std::size_t layer, std::size_t first) {
 
     const auto uncovered = topShown() ? topShown()->screen : nullptr;
     top->viewWillDisappear();
-    if (uncovered) uncovered->viewWillAppear();
-    top->viewDidDisappear();
-    if (uncovered) uncovered->viewDidAppear();
     for (const auto& gone : leaving) {
         reports_->write("left", {{"class", gone.screen->className()}});
     }
+    if (uncovered) uncovered->viewWillAppear();
+    top->viewDidDisappear();
+    if (uncovered && isOnTop(*uncovered)) uncovered->viewDidAppear();
 }
 
 void HostPresenter::takeScreens(Layer& layer, std::size_t keep, std::vector<Shown>& taken) {
@@ -131,6 +131,11 @@ const HostPresenter::Shown* HostPresenter::topShown() const {
     return nullptr;
 }
 
+bool HostPresenter::isOnTop(const ScreenController& screen) const {
+    const auto* shown = topShown();
+    return shown && shown->screen.get() == &screen;
+}
+
 std::shared_ptr<ScreenAdapter> HostPresenter::top() const {
     const auto* shown = topShown();
     return shown ? shown->adapter : nullptr;
@@ -156,9 +161,19 @@ void HostPresenter::reportScreen(const Shown& shown, const std::string& is) cons
     if (page) reports_->write("web", *page);
 }
 
+void HostPresenter::reportNewScreens() {
+    // Bottom up: one that opens the next as it appears is reported before that.
+    for (auto& layer : layers_) {
+        for (auto& shown : layer.screens) {
+            if (!std::exchange(shown.isReported, true)) reportScreen(shown, "screen");
+        }
+    }
+}
+
 void HostPresenter::reloaded(const ScreenController* screen) const {
     const auto* shown = topShown();
-    if (shown && shown->screen.get() == screen) reportScreen(*shown, "changed");
+    if (shown && shown->isReported && shown->screen.get() == screen)
+        reportScreen(*shown, "changed");
 }
 
 void HostPresenter::lookChanged() {
@@ -178,7 +193,10 @@ bool HostPresenter::back() {
     if (!shown) return false;
     const auto screen = shown->screen;
     const auto adapter = shown->adapter;
-    if (!adapter->press("Back")) dismiss(*screen);
+    if (adapter->press("Back")) return true;
+    // The first screen of a layer takes it along.
+    const bool isPushed = find(*screen)->index > 0;
+    isPushed ? pop(*screen) : dismiss(*screen);
     return true;
 }
 

@@ -53,6 +53,8 @@ class HostPresenter : public Presenter, public std::enable_shared_from_this<Host
         std::shared_ptr<ScreenController> screen;
         std::shared_ptr<ScreenAdapter> adapter;
         std::string how;
+        /// It shows itself first when it has appeared; what it reloads before is part of that.
+        bool isReported = false;
     };
     struct Layer {
         /// What was presented: a navigation, or a screen without one.
@@ -71,6 +73,8 @@ class HostPresenter : public Presenter, public std::enable_shared_from_this<Host
     void updateNavigation(std::size_t layer);
     [[nodiscard]] const Shown* topShown() const;
     [[nodiscard]] std::optional<Place> find(const ScreenController& screen) const;
+    [[nodiscard]] bool isOnTop(const ScreenController& screen) const;
+    void reportNewScreens();
     void reportScreen(const Shown& shown, const std::string& is) const;
     void reloaded(const ScreenController* screen) const;
 

@@ -1,6 +1,8 @@
 #include "hosts/cli/MenuReport.h"
 
 #include "hosts/cli/Looks.h"
+#include "supportsdk/core/Support.h"
+#include "supportsdk/theme/Appearance.h"
 
 namespace supportsdk::host {
 
@@ -27,6 +29,20 @@ Json describeEntry(const SupportMenuEntry& entry) {
     return fields;
 }
 
+void addLook(Json& fields, const Appearance& theme) {
+    auto& colors = fields["colors"] = Json::object();
+    putColor(colors, "text", theme.menuTextColor());
+    putColor(colors, "icon", theme.menuIconColor());
+    putColor(colors, "background", theme.menuBackgroundColor());
+    putColor(colors, "border", theme.menuBorderColor());
+    if (const auto style = theme.menuTextStyle()) fields["textStyle"] = *style;
+    fields["textSize"] = theme.menuTextSize();
+    fields["borderWidth"] = theme.menuBorderWidth();
+    fields["padding"] = theme.menuPadding();
+    fields["spacing"] = theme.menuSpacing();
+    fields["dark"] = theme.darkMode();
+}
+
 }  // namespace
 
 Json describeMenu(const SupportMenuView& menu) {
@@ -38,6 +54,7 @@ Json describeMenu(const SupportMenuView& menu) {
         fields["entries"].push_back(entry.label);
         fields["icons"].push_back(describeEntry(entry));
     }
+    if (menu.support) addLook(fields, *menu.support->appearance);
     return fields;
 }
 

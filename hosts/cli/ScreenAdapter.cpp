@@ -1,10 +1,5 @@
 #include "hosts/cli/ScreenAdapter.h"
 
-#include "hosts/cli/ChatAdapter.h"
-#include "hosts/cli/SettingsAdapter.h"
-#include "hosts/cli/WebAdapter.h"
-#include "supportsdk/core/BaseWebViewController.h"
-
 namespace supportsdk::host {
 
 namespace {
@@ -40,20 +35,6 @@ Json ScreenAdapter::describe() const {
 bool ScreenAdapter::press(const std::string& label) {
     return pressIn(screen_->leftBarButtons, label) || pressIn(screen_->rightBarButtons, label) ||
            pressControl(label);
-}
-
-std::shared_ptr<ScreenAdapter> adapterFor(const std::shared_ptr<ScreenController>& screen,
-                                          std::function<void()> reloaded) {
-    if (auto chat = std::dynamic_pointer_cast<QDChatViewController>(screen)) {
-        return ChatAdapter::create(std::move(chat), std::move(reloaded));
-    }
-    if (auto settings = std::dynamic_pointer_cast<SettingsViewController>(screen)) {
-        return SettingsAdapter::create(std::move(settings), std::move(reloaded));
-    }
-    if (auto web = std::dynamic_pointer_cast<BaseWebViewController>(screen)) {
-        return std::make_shared<WebAdapter>(web, Json{{"url", web->initialUrl}});
-    }
-    return std::make_shared<ScreenAdapter>(screen);
 }
 
 }  // namespace supportsdk::host

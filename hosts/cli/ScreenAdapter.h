@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -55,10 +54,5 @@ class ScreenAdapter {
  private:
     std::shared_ptr<ScreenController> screen_;
 };
-
-/// The adapter for the class of `screen`. `reloaded` runs whenever the screen reloads its picture,
-/// and not after the adapter is destroyed.
-std::shared_ptr<ScreenAdapter> adapterFor(const std::shared_ptr<ScreenController>& screen,
-                                          std::function<void()> reloaded);
 
 }  // namespace supportsdk::host

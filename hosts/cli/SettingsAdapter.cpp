@@ -4,14 +4,6 @@
 
 namespace supportsdk::host {
 
-std::shared_ptr<SettingsAdapter> SettingsAdapter::create(
-    std::shared_ptr<SettingsViewController> settings, std::function<void()> reloaded) {
-    auto adapter = std::shared_ptr<SettingsAdapter>(
-        new SettingsAdapter(std::move(settings), std::move(reloaded)));
-    adapter->settings_->view = std::static_pointer_cast<SettingsViewController::View>(adapter);
-    return adapter;
-}
-
 SettingsAdapter::SettingsAdapter(std::shared_ptr<SettingsViewController> settings,
                                  std::function<void()> reloaded)
     : ScreenAdapter(settings), settings_(std::move(settings)), reloaded_(std::move(reloaded)) {}

@@ -14,8 +14,8 @@ namespace supportsdk::host {
 /// and buttons are pressed.
 class SettingsAdapter : public ScreenAdapter, public SettingsViewController::View {
  public:
-    static std::shared_ptr<SettingsAdapter> create(std::shared_ptr<SettingsViewController> settings,
-                                                   std::function<void()> reloaded);
+    SettingsAdapter(std::shared_ptr<SettingsViewController> settings,
+                    std::function<void()> reloaded);
 
     bool select(std::size_t section, std::size_t row) override;
 
@@ -28,9 +28,6 @@ class SettingsAdapter : public ScreenAdapter, public SettingsViewController::Vie
     bool pressControl(const std::string& label) override;
 
  private:
-    SettingsAdapter(std::shared_ptr<SettingsViewController> settings,
-                    std::function<void()> reloaded);
-
     std::shared_ptr<SettingsViewController> settings_;
     std::function<void()> reloaded_;
     /// Empty while there is no picker.

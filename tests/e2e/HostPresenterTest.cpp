@@ -21,8 +21,13 @@ class PlainScreen : public ScreenController {
         : name_(std::move(name)), log_(log) {}
     [[nodiscard]] std::string_view className() const override { return name_; }
     void viewDidLoad() override { note("loaded"); }
-    void viewWillAppear() override { note("appears"); }
+    void viewWillAppear() override {
+        note("appears");
+        if (onAppearance) onAppearance();
+    }
     void viewDidDisappear() override { note("gone"); }
+
+    std::function<void()> onAppearance;
 
  private:
     void note(const char* what) { log_.push_back(name_ + " " + what); }
@@ -100,6 +105,30 @@ TEST_F(HostPresenterTest, DismissesAPresentedLayerWithAllThatIsOnIt) {
     EXPECT_FALSE(presenter->top());
     EXPECT_THAT(reported(), ElementsAre("screen Chat", "screen Web", "screen More", "left More",
                                         "left Web", "screen More", "left More", "left Chat"));
+}
+
+TEST_F(HostPresenterTest, ReportsAScreenBeforeTheOneThatItOpensAsItAppears) {
+    const auto detail = screen("Detail");
+    const auto list = screen("List");
+    list->onAppearance = [&] { presenter->push(detail, *list); };
+    presenter->display(list);
+    EXPECT_EQ(top(), detail);
+    EXPECT_THAT(reported(), ElementsAre("screen List", "screen Detail"));
+    presenter->back();  // and the list opens it again
+    EXPECT_EQ(top(), detail);
+    EXPECT_THAT(reported(), ElementsAre("left Detail", "screen Detail"));
+}
+
+TEST_F(HostPresenterTest, GoesBackInsideALayer) {
+    const auto article = screen("Article");
+    const auto more = screen("More");
+    presenter->display(screen("List"));
+    presenter->present(article, nullptr);
+    presenter->push(more, *article);
+    presenter->back();
+    EXPECT_EQ(top(), article);
+    presenter->back();
+    EXPECT_EQ(presenter->top()->describe()["class"], "List");
 }
 
 TEST_F(HostPresenterTest, LetsAScreenLeaveFromItsOwnButton) {
