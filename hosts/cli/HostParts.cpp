@@ -55,8 +55,14 @@ Registration HostTraits::observe(std::function<void()> changed) {
 
 void HostTraits::setDark(bool on) {
     isDark_ = on;
-    const auto observers = *observers_;
-    for (const auto& [id, changed] : observers) changed();
+    // Each may end any of the others, itself among them.
+    const auto observers = observers_;
+    for (auto next = observers->begin(); next != observers->end();) {
+        const int id = next->first;
+        const auto changed = next->second;
+        changed();
+        next = observers->upper_bound(id);
+    }
 }
 
 bool HostUrlOpener::canOpen(const std::string& url) {

@@ -329,8 +329,13 @@ Registration FakeTraits::observe(std::function<void()> changed) {
 
 void FakeTraits::setDark(bool on) {
     dark = on;
-    const auto told = *observers;
-    for (const auto& [id, changed] : told) changed();
+    const auto told = observers;
+    for (auto next = told->begin(); next != told->end();) {
+        const int id = next->first;
+        const auto changed = next->second;
+        changed();
+        next = told->upper_bound(id);
+    }
 }
 
 FakePlatform::FakePlatform() {
