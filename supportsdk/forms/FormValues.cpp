@@ -54,7 +54,8 @@ double numberOf(const Json& value) {
 }
 
 std::int32_t lowIntegerOf(const Json& value) {
-    if (!isNumeric(value)) return 0;
+    if (value.is_boolean()) return value.get<bool>() ? 1 : 0;
+    if (!value.is_number()) return 0;
     if (!value.is_number_float()) return static_cast<std::int32_t>(value.get<std::int64_t>());
     constexpr double beyond = 9223372036854775808.0;
     const auto number = value.get<double>();
