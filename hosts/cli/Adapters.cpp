@@ -1,11 +1,15 @@
 #include "hosts/cli/Adapters.h"
 
+#include "hosts/cli/CallMeAdapter.h"
 #include "hosts/cli/ChatAdapter.h"
+#include "hosts/cli/FormAdapter.h"
+#include "hosts/cli/HistoryAdapter.h"
 #include "hosts/cli/KBListAdapter.h"
 #include "hosts/cli/ListAdapter.h"
 #include "hosts/cli/SettingsAdapter.h"
 #include "hosts/cli/WebAdapter.h"
 #include "supportsdk/core/BaseWebViewController.h"
+#include "supportsdk/forms/FormListViewController.h"
 #include "supportsdk/knowledge/JourneysViewController.h"
 
 namespace supportsdk::host {
@@ -36,6 +40,10 @@ constexpr Made (*makers[])(const Screen&, const std::function<void()>&) = {
     make<QDChatViewController, ChatAdapter>,
     make<SettingsViewController, SettingsAdapter>,
     make<KBListViewController, KBListAdapter>,
+    make<HistoryViewController, HistoryAdapter>,
+    make<CallMeViewController, CallMeAdapter>,
+    make<FormListViewController, TextListAdapter<FormListViewController>>,
+    make<FormViewController, FormAdapter>,
     make<JourneysViewController, TextListAdapter<JourneysViewController>>,
     makeForWeb,
 };

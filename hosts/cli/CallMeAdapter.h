@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "hosts/cli/ScreenAdapter.h"
+#include "supportsdk/launcher/CallMeViewController.h"
+
+namespace supportsdk::host {
+
+/// The dialog that asks for a call: a telephone number, a description, and two buttons.
+class CallMeAdapter : public ScreenAdapter, public CallMeViewController::View {
+ public:
+    CallMeAdapter(std::shared_ptr<CallMeViewController> dialog, std::function<void()> reloaded)
+        : ScreenAdapter(dialog), dialog_(std::move(dialog)), reloaded_(std::move(reloaded)) {}
+
+    /// Into the number, which has the focus, or the named field.
+    bool type(const std::string& text, const std::optional<std::string>& field) override;
+
+    void okButtonDidChange(bool) override { reloaded_(); }
+
+ protected:
+    [[nodiscard]] Json state() const override;
+    bool pressControl(const std::string& label) override;
+
+ private:
+    const std::shared_ptr<CallMeViewController> dialog_;
+    const std::function<void()> reloaded_;
+};
+
+}  // namespace supportsdk::host
