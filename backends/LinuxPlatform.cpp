@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 
+#include "backends/avahi/AvahiNetServiceFactory.h"
 #include "backends/curl/CurlHttpClient.h"
 #include "backends/gio/PortalUrlOpener.h"
 #include "backends/image/PixbufImageCodec.h"
@@ -82,6 +83,7 @@ void fillNetwork(Platform& platform, const LinuxPlatformOptions& options) {
         StropheOptions{options.mainQueue, platform.log, options.extraAuthorities,
                        options.allowClearTextOnLoopback});
     platform.reachability = std::make_shared<NetlinkReachability>(platform.backgroundQueue);
+    platform.netServices = std::make_shared<AvahiNetServiceFactory>(options.mainQueue);
 }
 
 void fillFiles(Platform& platform, const LinuxPlatformOptions& options) {

@@ -1,0 +1,102 @@
+#include "tests/support/MdnsResponder.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <regex>
+#include <sstream>
+
+namespace supportsdk::test {
+
+namespace {
+
+/// The daemon insists on one place for the number of its process, and two may run at once.
+constexpr const char* enterOwnNetwork =
+    "mount -t tmpfs none /run && mkdir /run/avahi-daemon && ip link set lo up && "
+    "ip link add near type veth peer name far && ip addr add 10.9.0.1/24 dev near && "
+    "ip link set far up && ip link set near up && ";
+
+/// "\032" is the character with that decimal number.
+std::string unescaped(const std::string& text) {
+    std::string plain;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] == '\\' && at + 3 < text.size() && std::isdigit(text[at + 1]) != 0) {
+            plain += static_cast<char>(std::stoi(text.substr(at + 1, 3)));
+            at += 3;
+        } else if (text[at] != '\\') {
+            plain += text[at];
+        }
+    }
+    return plain;
+}
+
+}  // namespace
+
+std::string MdnsResponder::obstacle() {
+    if (geteuid() != 0) return "a network namespace needs root";
+    if (LineProcess({"unshare", "-nm", "true"}).waitForEnd() != 0) return "no namespaces here";
+    if (LineProcess({"avahi-daemon", "--version"}).waitForEnd() != 0) return "no avahi-daemon";
+    return {};
+}
+
+MdnsResponder::MdnsResponder() {
+    const auto socket = (folder_.path / "bus").string();
+    std::ofstream(folder_.path / "bus.conf")
+        << "<busconfig><type>system</type><listen>unix:path=" << socket
+        << "</listen><auth>EXTERNAL</auth><policy context='default'>"
+           "<allow send_destination='*'/><allow receive_sender='*'/>"
+           "<allow own='*'/></policy></busconfig>";
+    std::ofstream(folder_.path / "avahi.conf") << "[server]\nhost-name=device\nuse-ipv6=no\n";
+    setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + socket).c_str(), 1);
+}
+
+bool MdnsResponder::startBus() {
+    bus_ = std::make_unique<LineProcess>(std::vector<std::string>{
+        "dbus-daemon", "--config-file=" + (folder_.path / "bus.conf").string(), "--nofork",
+        "--nopidfile", "--nosyslog", "--print-address=1"});
+    return bus_->awaitLine("unix:path=");
+}
+
+bool MdnsResponder::startDaemon() {
+    daemon_ = std::make_unique<LineProcess>(std::vector<std::string>{
+        "unshare", "-nm", "sh", "-c",
+        enterOwnNetwork +
+            std::string("exec avahi-daemon --no-drop-root --no-chroot --no-rlimits ") + "-f " +
+            (folder_.path / "avahi.conf").string()});
+    return daemon_->awaitLine("Server startup complete");
+}
+
+bool MdnsResponder::renameDevice(const std::string& name) {
+    return LineProcess({"avahi-set-host-name", name}).waitForEnd() == 0;
+}
+
+std::optional<FoundService> ServiceBrowser::awaitService(const std::string& name) {
+    // Event, interface, protocol, name, type, domain, host, address, port, "key=value" ...
+    const auto fields = await("=", name);
+    if (!fields || fields->size() < 9) return std::nullopt;
+    FoundService found{name, fields->at(5), fields->at(6), std::stoi(fields->at(8)), {}};
+    std::string items;
+    for (auto at = 9U; at < fields->size(); ++at) items += fields->at(at) + ";";
+    static const std::regex item("\"([^\"=]*)=([^\"]*)\"");
+    for (std::sregex_iterator each(items.begin(), items.end(), item), end; each != end; ++each)
+        found.txt[(*each)[1]] = (*each)[2];
+    return found;
+}
+
+bool ServiceBrowser::awaitGone(const std::string& name) {
+    return await("-", name).has_value();
+}
+
+std::optional<std::vector<std::string>> ServiceBrowser::await(const std::string& event,
+                                                              const std::string& name) {
+    while (const auto line = process_.readLine()) {
+        std::vector<std::string> fields;
+        std::istringstream pieces(*line);
+        for (std::string field; std::getline(pieces, field, ';');) fields.push_back(field);
+        if (fields.size() > 5 && fields[0] == event && unescaped(fields[3]) == name) return fields;
+    }
+    return std::nullopt;
+}
+
+}  // namespace supportsdk::test
