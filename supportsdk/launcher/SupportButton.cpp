@@ -157,6 +157,7 @@ void SupportButton::supportDidRetrieveSettings(const Json&) {
     }
     source->isSideBySideForms = isSideBySideForms;
     if (features.kbEnabled) source->getKB({});
+    if (features.formsEnabled) source->getSupportForms();
     if (features.historyEnabled) source->getHistory();
     if (customerInfo) getCustomerWithInformation(*customerInfo);
     getMenuStyle();

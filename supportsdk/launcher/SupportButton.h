@@ -119,8 +119,18 @@ class SUPPORTSDK_API SupportButton : public SupportDelegate,
 
     // --- Channels with screens of their own (SupportButtonChannels.cpp) ---
 
+    void actionCallMe();
+    /// Asks the service for the customer's number, and opens call-me with it or without.
+    void getCallbackNumber();
+    /// Opens call-me. The JSON null object leaves the screen's own number; null and everything that
+    /// is no text stand for no number.
+    void callMe(const std::optional<Json>& number);
     void actionSearchKnowledge();
     void displayKnowledgeBase();
+    /// Opens the list of forms, or the one form there is; without any they are fetched again, and
+    /// nothing opens.
+    void actionForms();
+    void actionHistory();
     void actionJourneys();
 
     // --- Calls (SupportButtonCalls.cpp) ---
@@ -244,6 +254,8 @@ class SUPPORTSDK_API SupportButton : public SupportDelegate,
     void createIssueFailed(const Json& response);
     void activeIssueFetched(const Json& response);
     void activeIssueMissing(const Json& response);
+    void callbackNumberFetched(const Json& response);
+    void callbackNumberMissing(const Json& response);
     void callRoomFetched(const Json& response);
     void callRoomMissing(const Json& response);
     [[nodiscard]] std::shared_ptr<NetService> makeService(

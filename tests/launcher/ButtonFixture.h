@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -46,6 +45,12 @@ class RecordingDelegate : public SupportButtonDelegate, public SupportButton::Vi
         note("screen " + std::string(screen->className()));
     }
     void supportButtonDidRequestExit(SupportButton&) override { note("exit"); }
+    void supportButtonDidAdvertiseService(SupportButton&, NetService& service) override {
+        note("advertised " + service.type());
+    }
+    void supportButtonDidFailToAdvertiseService(SupportButton&, const Json& errors) override {
+        note("not advertised " + errors.dump());
+    }
     void badgeDidChange(bool visible, const std::string& text) override {
         note(visible ? "badge " + text : "no badge");
     }

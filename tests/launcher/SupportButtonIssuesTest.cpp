@@ -112,6 +112,46 @@ TEST_F(SupportButtonIssuesTest, ChatsOfflineOnAnIssueOfThisDevice) {
     EXPECT_EQ(shownIssue()->reference_num, shownIssue()->id);
     EXPECT_TRUE(shownIssue()->isTemporary);
     EXPECT_EQ(storedIssue(), Json());
+    EXPECT_EQ(button->dateWithFormat("h 'o''clock' d.M.yy ''Q S SSSSS"),
+              "2 o'clock 31.1.26 'Q 0 04500");
+}
+
+TEST_F(SupportButtonIssuesTest, EndsTwoFlowsCleanlyAndKeepsTheLastChat) {
+    store({{"id", "5"}});
+    button->actionChat();
+    button->actionChat();
+    fakes.http->answerTo("/issues/5", 200, results({{"id", "5"}, {"status", 8}}));
+    fakes.http->answerTo("/create", 200, results({{"id", "6"}}));
+    fakes.http->answerTo("/issues/5", 404, Json::object());
+    fakes.http->answerTo("/create", 200, results({{"id", "7"}}));
+    EXPECT_THAT(told(), ElementsAre("screen ChatViewController", "screen ChatViewController"));
+    EXPECT_EQ(shownIssue()->id, "7");
+    EXPECT_EQ(storedIssue()["id"], "7");
+    EXPECT_EQ(fakes.progress->shown.back(), "dismiss");
+}
+
+TEST_F(SupportButtonIssuesTest, DropsWhatWasAskedUnderAFormerConfiguration) {
+    const auto former = button->support;  // as an open screen keeps it
+    store({{"id", "5"}});
+    button->actionChat();
+    former->clearCurrentIssue();
+    button->actionChat();
+    button->getCustomerWithInformation({{"a", "b"}});
+    former->reloadWithJSON(Json{{"apiHost", "https://api.example.test"}});
+    load();
+    requests();
+    fakes.progress->shown.clear();
+    button->isSettingsRetrieved = false;
+
+    fakes.http->answerTo("/issues/5", 200, results({{"id", "5"}}));
+    fakes.http->answerTo("/create", 200, results({{"id", "6"}}));
+    fakes.http->answerTo("/resolve", 200, {{"members_id", "m"}});
+    fakes.http->answer(fakes.http->sent.size() - 2, 200, settings(Json::object()));
+    EXPECT_THAT(told(), IsEmpty());
+    EXPECT_THAT(requests(), IsEmpty());
+    EXPECT_EQ(storedIssue(), Json());
+    EXPECT_FALSE(button->isSettingsRetrieved);
+    EXPECT_THAT(fakes.progress->shown, ElementsAre("dismiss", "dismiss"));
 }
 
 }  // namespace

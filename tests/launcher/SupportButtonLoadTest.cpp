@@ -12,9 +12,13 @@ TEST_F(SupportButtonLoadTest, ReportsSettingsThenResolvesTheCustomer) {
     EventLog events;
     load({{"members_users_email", "a@example.test"}});
     EXPECT_THAT(requests(), ElementsAre("GET /app/get"));
-    fakes.http->answerTo("/app/get", 200, settings({{"history", {{"enabled", true}}}}));
-
-    EXPECT_THAT(requests(), ElementsAre("GET /issues/history?members_locations_id=l",
+    const Json on = {{"enabled", true}};
+    fakes.http->answerTo("/app/get", 200,
+                         settings({{"kb", on},
+                                   {"history", on},
+                                   {"forms", {{"enabled", true}, {"supportForms", {"7"}}}}}));
+    EXPECT_THAT(requests(), ElementsAre("GET /kb/get", "GET /forms/get/?id=7",
+                                        "GET /issues/history?members_locations_id=l",
                                         "POST /customers/resolve"));
     EXPECT_THAT(told(), ElementsAre("settings"));
     EXPECT_THAT(events.names, ElementsAre("com.goquorrand.event.sdk.started"));

@@ -1,24 +1,32 @@
+#include "supportsdk/theme/Appearance.h"
 #include "tests/launcher/ButtonFixture.h"
 
 namespace supportsdk::test {
 namespace {
 
+using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
-using testing::IsEmpty;
+using testing::Not;
 
+const Json on = {{"enabled", true}};
 const Json everything = {
     {"chat", {{"enabled", true}, {"title", "Talk"}}},
+    {"callme", on},
+    {"kb", on},
     {"website", {{"enabled", true}, {"website", "https://example.test/help"}}},
     {"email", {{"enabled", true}, {"email", "help@example.test"}}},
-    {"phone", {{"enabled", true}}},
+    {"phone", on},
+    {"forms", on},
+    {"history", on},
+    {"journeys", on},
 };
 const Json withPhone = {{"supportPhone", "+1 555 01 23"}};
 
 class SupportButtonMenuTest : public ButtonTest {
  protected:
     void loadStyle(const Json& style, Json more = withPhone) {
-        more["menuAppearance"] = {{"style", style}, {"heading", "Help"}};
+        more["menuAppearance"] = {{"style", style}, {"heading", "Help"}, {"textColor", "#010203"}};
         loadWith(everything, more);
         told();
     }
@@ -55,21 +63,33 @@ TEST_F(SupportButtonMenuTest, MapsTheThemesStyleToAPopupOrAList) {
 }
 
 TEST_F(SupportButtonMenuTest, OffersWhatTheSettingsAndTheDeviceAllow) {
-    loadStyle("iconlistexit");
+    fakes.kitBundle->files["bubble.png"] = "picture";
+    Json more = withPhone;
+    more["menu"] = {{"chat", {{"text", "Overruled"}, {"icon", "bubble"}}},
+                    {"exit", {{"text", std::string(100'000, 'x')}, {"icon", "missing"}}}};
+    loadStyle("iconlistexit", more);
     button->clicked();
-    EXPECT_THAT(labels(), ElementsAre("Talk", "Website", "E-mail", "Phone", "Exit"));
+    EXPECT_THAT(labels(), Not(Contains("Journeys"))) << "they have not arrived";
+    fakes.http->answerTo("/journeys", 200, {{"results", {{{"title", "J"}}}}});
+    button->clicked();
+    EXPECT_THAT(labels(),
+                ElementsAre("Talk", "Call me", "Knowledge base", "Website", "E-mail", "Phone",
+                            "Forms", "History", "Journeys", std::string(100'000, 'x')));
+    EXPECT_TRUE(button->supportEntries.front().image);
+    EXPECT_FALSE(button->supportEntries.back().image);
 
     fakes.urlOpener->mail = false;
     fakes.urlOpener->telephone = false;
     button->support->identity.membersUsersId = {};
     button->clicked();
-    EXPECT_THAT(labels(), ElementsAre("Website", "Exit"));
+    EXPECT_THAT(labels(), AllOf(Contains("Call me"), Not(Contains("Talk")), Not(Contains("E-mail")),
+                                Not(Contains("Phone"))));
 
     loadStyle("menu", Json::object());
     fakes.urlOpener->telephone = true;
     button->support->features.supportWebsiteURL.reset();
     button->clicked();
-    EXPECT_THAT(labels(), ElementsAre("Talk")) << "neither number, address nor mail";
+    EXPECT_THAT(labels(), ElementsAre("Talk", "Call me", "Knowledge base", "Forms", "History"));
 }
 
 TEST_F(SupportButtonMenuTest, OpensAnEmptyMenuWithAWord) {
@@ -87,12 +107,13 @@ TEST_F(SupportButtonMenuTest, ClosesThePopupByCancelOrByAnEntry) {
     loadStyle("menu");
     EventLog events;
     button->clicked();
-    ASSERT_EQ(host->sheet.actions.size(), 5U);
-    EXPECT_EQ(host->sheet.title, "Help");
+    ASSERT_EQ(host->sheet.actions.size(), 9U);
+    EXPECT_EQ(host->sheet.title + host->sheet.message, "Help");
+    EXPECT_EQ(host->sheet.tint, (Color{1, 2, 3}));
     EXPECT_EQ(host->sheet.actions[0].label, "Cancel");
     EXPECT_EQ(host->sheet.actions[0].style, ActionStyle::cancel);
     host->sheet.actions[0].handler({});
-    host->sheet.actions[2].handler({});
+    host->sheet.actions[4].handler({});
     EXPECT_THAT(events.names,
                 ElementsAre("com.goquorrand.event.menu.started", "com.goquorrand.event.menu.ended",
                             "com.goquorrand.event.menu.ended"));
@@ -102,21 +123,27 @@ TEST_F(SupportButtonMenuTest, ClosesThePopupByCancelOrByAnEntry) {
 TEST_F(SupportButtonMenuTest, TakesAFormerMenuAwayAndSurvivesItsUse) {
     struct Picture : SupportMenuView::View {
         void menuShouldDisappear(SupportMenuView&) override { ++removals; }
+        void menuAppearanceDidChange(SupportMenuView& menu) override {
+            isDark = menu.support->appearance->darkMode();
+        }
         int removals = 0;
+        bool isDark = false;
     };
     const auto picture = std::make_shared<Picture>();
     loadStyle("iconlist");
     button->clicked();
     const auto former = host->menu;
     former->view = picture;
+    fakes.traits->setDark(true);
+    EXPECT_TRUE(picture->isDark);
     button->clicked();
     EXPECT_EQ(picture->removals, 1);
     EXPECT_NE(host->menu, former);
-    former->select(1);
+    former->select(3);
     former->select(99);
     EXPECT_EQ(picture->removals, 2);
     button.reset();
-    former->select(1);  // its button is gone
+    former->select(3);  // its button is gone
     EXPECT_THAT(fakes.urlOpener->opened, ElementsAre("https://example.test/help"));
 }
 
