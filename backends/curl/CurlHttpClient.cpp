@@ -58,6 +58,7 @@ void CurlHttpClient::send(HttpRequest request, Completion completion) {
 std::optional<Bytes> CurlHttpClient::read(const std::string& url, std::chrono::milliseconds limit) {
     HttpRequest request;
     request.url = url;
+    request.maximumResponseBytes = maximumReadBytes;
     request.totalTimeout = limit;
     auto first = firstHop(request);
     auto* hop = std::get_if<HttpHop>(&first);

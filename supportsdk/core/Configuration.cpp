@@ -12,7 +12,6 @@ namespace supportsdk {
 namespace {
 
 constexpr std::chrono::seconds imageTimeLimit{10};
-constexpr std::size_t maximumImageBytes = std::size_t{8} * 1024 * 1024;
 
 std::string replaceAll(std::string text, std::string_view from, std::string_view to) {
     if (from.empty()) return text;
@@ -123,8 +122,7 @@ HttpHeaders Configuration::getHeaders() const {
 ImagePtr Configuration::imageWithUrl(const std::optional<std::string>& url) const {
     if (!url || !isUrl(*url)) return nullptr;
     const auto data = platform_->http->read(*url, imageTimeLimit);
-    if (!data || data->size() > maximumImageBytes) return nullptr;
-    return platform_->images->decode(*data);
+    return data ? platform_->images->decode(*data) : nullptr;
 }
 
 bool Configuration::isDeveloperMode(const Platform& platform) {

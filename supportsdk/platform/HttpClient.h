@@ -57,8 +57,11 @@ class HttpClient {
     /// also after a failure. When the client is destroyed first, it does not run. Main thread only.
     virtual void send(HttpRequest request, Completion completion) = 0;
 
-    /// The body at `url` with a plain GET, blocking the caller for at most `limit`; nothing unless
-    /// a response of 200 to 299 came in whole. Any thread.
+    /// What read() takes at most.
+    static constexpr std::size_t maximumReadBytes = std::size_t{8} * 1024 * 1024;
+
+    /// The body at `url` with a plain GET, blocking the caller for at most `limit`, redirects
+    /// included; nothing unless a response of 200 to 299 came in whole. Any thread.
     [[nodiscard]] virtual std::optional<Bytes> read(const std::string& url,
                                                     std::chrono::milliseconds limit) = 0;
 };

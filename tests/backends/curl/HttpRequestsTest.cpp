@@ -134,12 +134,19 @@ TEST_F(HttpRequests, blockTheReaderOnlyAsLongAsItAllows) {
     server.answer("/file", 200, "content");
     server.answer("/error", 500, "content");
     server.on("/stall", [](const auto&, LoopbackConnection& connection) { connection.stall(); });
+    server.on("/round", [](const auto&, LoopbackConnection& connection) {
+        connection.pause(std::chrono::seconds{1});
+        connection.send(LoopbackHttpServer::response(302, "", {{"Location", "/round"}}));
+    });
+    server.answer("/large", 200, std::string(HttpClient::maximumReadBytes + 1, 'x'));
     const auto limit = std::chrono::seconds{5};
     EXPECT_EQ(toText(client->read(server.url("/file"), limit).value_or(Bytes{})), "content");
     EXPECT_FALSE(client->read(server.url("/error"), limit));
     EXPECT_FALSE(client->read("http://a b/", limit));
+    EXPECT_FALSE(client->read(server.url("/large"), limit));
     const auto before = std::chrono::steady_clock::now();
     EXPECT_FALSE(client->read(server.url("/stall"), std::chrono::milliseconds{100}));
+    EXPECT_FALSE(client->read(server.url("/round"), std::chrono::milliseconds{1500}));
     EXPECT_LT(std::chrono::steady_clock::now() - before, limit);
 }
 
