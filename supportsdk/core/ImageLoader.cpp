@@ -50,7 +50,7 @@ struct ImageLoader::State : std::enable_shared_from_this<State> {
         HttpRequest request;
         request.url = url;
         request.maximumResponseBytes = maximumBytes;
-        request.idleTimeout = timeLimit;
+        request.idleTimeout = idleTimeLimit;
         request.totalTimeout = timeLimit;
         platform->http->send(std::move(request),
                              [weak = weak_from_this(), url](HttpResponse response) {

@@ -21,6 +21,8 @@ class SUPPORTSDK_API ImageLoader {
     static constexpr std::size_t maximumBytes = std::size_t{8} * 1024 * 1024;
     /// For one fetch, redirects included; time spent waiting for its turn does not count.
     static constexpr std::chrono::seconds timeLimit{30};
+    /// For one without a byte, so that silent servers do not hold up the others for long.
+    static constexpr std::chrono::seconds idleTimeLimit{10};
     /// How many are fetched or decoded at once, so that no crowd of addresses fills the memory.
     static constexpr std::size_t maximumLoads = 6;
     /// How many of these are decoded at once.
