@@ -8,6 +8,7 @@
 
 #include "backends/avahi/AvahiNetServiceFactory.h"
 #include "backends/curl/CurlHttpClient.h"
+#include "backends/gio/PortalTraits.h"
 #include "backends/gio/PortalUrlOpener.h"
 #include "backends/image/PixbufImageCodec.h"
 #include "backends/netlink/NetlinkReachability.h"
@@ -112,7 +113,7 @@ std::shared_ptr<Platform> linuxPlatform(const LinuxPlatformOptions& options) {
     fillFiles(*platform, options);
     platform->presenter = std::make_shared<NonePresenter>();
     platform->progress = std::make_shared<NoneProgress>();
-    platform->traits = std::make_shared<NoneTraits>();
+    platform->traits = std::make_shared<PortalTraits>(options.mainQueue);
     platform->globalAppearance = std::make_shared<NoneGlobalAppearance>();
     platform->urlOpener = std::make_shared<PortalUrlOpener>(
         PortalUrlOpenerOptions{options.mainQueue, platform->backgroundQueue});

@@ -29,13 +29,6 @@ class NoneProgress final : public Progress {
     void setDarkStyle(bool) override {}
 };
 
-/// A light look, always.
-class NoneTraits final : public Traits {
- public:
-    [[nodiscard]] bool darkMode() const override { return false; }
-    [[nodiscard]] Registration observe(std::function<void()>) override { return {}; }
-};
-
 class NoneGlobalAppearance final : public GlobalAppearance {
  public:
     void setNavigationBarTranslucent(bool) override {}

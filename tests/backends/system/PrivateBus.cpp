@@ -20,6 +20,16 @@ constexpr const char* portalInterface = R"(<node>
       <arg type="a{sv}" direction="in"/><arg type="o" direction="out"/>
     </method>
   </interface>
+  <interface name="org.freedesktop.portal.Settings">
+    <method name="Read">
+      <arg type="s" direction="in"/><arg type="s" direction="in"/>
+      <arg type="v" direction="out"/>
+    </method>
+    <method name="ReadOne">
+      <arg type="s" direction="in"/><arg type="s" direction="in"/>
+      <arg type="v" direction="out"/>
+    </method>
+  </interface>
 </node>)";
 
 std::string readLine(int descriptor) {
@@ -81,8 +91,9 @@ FakePortal::FakePortal(const std::string& address, Manner manner, Asked asked)
         g_dbus_connection_set_exit_on_close(connection_, FALSE);
         static const GDBusInterfaceVTable calls = {&FakePortal::call, nullptr, nullptr, {}};
         auto* node = g_dbus_node_info_new_for_xml(portalInterface, nullptr);
-        g_dbus_connection_register_object(connection_, "/org/freedesktop/portal/desktop",
-                                          node->interfaces[0], &calls, this, nullptr, nullptr);
+        for (auto** each = node->interfaces; *each; ++each)
+            g_dbus_connection_register_object(connection_, "/org/freedesktop/portal/desktop", *each,
+                                              &calls, this, nullptr, nullptr);
         auto* owned = g_dbus_connection_call_sync(
             connection_, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
             "RequestName", g_variant_new("(su)", "org.freedesktop.portal.Desktop", 0), nullptr,
@@ -110,12 +121,42 @@ FakePortal::~FakePortal() {
     thread_.join();
     g_main_loop_unref(loop_);
     g_main_context_unref(context_);
+    g_variant_unref(colorScheme_);
+}
+
+void FakePortal::set(const std::string& key, GVariant* value) {
+    const std::lock_guard lock(mutex_);
+    g_variant_ref_sink(value);
+    g_dbus_connection_emit_signal(
+        connection_, nullptr, "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings",
+        "SettingChanged", g_variant_new("(ssv)", "org.freedesktop.appearance", key.c_str(), value),
+        nullptr);
+    if (key == "color-scheme") std::swap(value, colorScheme_);
+    g_variant_unref(value);
+}
+
+void FakePortal::read(const std::string& method, GDBusMethodInvocation* invocation) {
+    const std::lock_guard lock(mutex_);
+    if (method == "Read") {
+        g_dbus_method_invocation_return_value(
+            invocation, g_variant_new("(v)", g_variant_new_variant(colorScheme_)));
+    } else if (manner_ != Manner::oldSettings) {
+        g_dbus_method_invocation_return_value(invocation, g_variant_new("(v)", colorScheme_));
+    } else {
+        g_dbus_method_invocation_return_dbus_error(
+            invocation, "org.freedesktop.DBus.Error.UnknownMethod", "no");
+    }
 }
 
 void FakePortal::call(GDBusConnection* connection, const gchar* sender, const gchar*, const gchar*,
-                      const gchar*, GVariant* parameters, GDBusMethodInvocation* invocation,
+                      const gchar* method, GVariant* parameters, GDBusMethodInvocation* invocation,
                       gpointer self) {
-    static_cast<FakePortal*>(self)->openUri(connection, sender, parameters, invocation);
+    auto* portal = static_cast<FakePortal*>(self);
+    if (method == std::string("OpenURI")) {
+        portal->openUri(connection, sender, parameters, invocation);
+    } else {
+        portal->read(method, invocation);
+    }
 }
 
 void FakePortal::openUri(GDBusConnection* connection, const std::string& sender,

@@ -34,13 +34,24 @@ class PrivateBus {
 /// A desktop portal on that bus, on a thread of its own.
 class FakePortal {
  public:
-    enum class Manner { opens, answersEarly, personCancels, refuses, staysSilent, foreignAnswer };
+    enum class Manner {
+        opens,
+        answersEarly,
+        personCancels,
+        refuses,
+        staysSilent,
+        foreignAnswer,
+        /// Knows the first version of the settings only.
+        oldSettings
+    };
 
     using Asked = std::function<void(const std::string& url)>;
 
     /// `asked` runs on the portal's thread with each address that it is asked to open.
     FakePortal(const std::string& address, Manner manner, Asked asked = {});
     ~FakePortal();
+    /// Tells all who watch that a setting has this value now; "color-scheme" can be read, too.
+    void set(const std::string& key, GVariant* value);
     FakePortal(const FakePortal&) = delete;
     FakePortal& operator=(const FakePortal&) = delete;
 
@@ -50,12 +61,15 @@ class FakePortal {
                      GDBusMethodInvocation* invocation, gpointer self);
     void openUri(GDBusConnection* connection, const std::string& sender, GVariant* parameters,
                  GDBusMethodInvocation* invocation);
+    void read(const std::string& method, GDBusMethodInvocation* invocation);
 
     const Manner manner_;
     const Asked asked_;
     GMainContext* context_ = g_main_context_new();
     GMainLoop* loop_ = g_main_loop_new(context_, FALSE);
     GDBusConnection* connection_ = nullptr;
+    std::mutex mutex_;
+    GVariant* colorScheme_ = g_variant_ref_sink(g_variant_new_uint32(0));
     std::thread thread_;
 };
 
