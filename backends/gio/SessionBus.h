@@ -46,9 +46,13 @@ BusConnection connectToSessionBus(GCancellable* cancellable);
 template <typename Done>
 void runUntil(const Done& isDone, GDBusConnection* connection, GMainContext* context,
               GCancellable* cancellable) {
-    GSource* cancelled = g_cancellable_source_new(cancellable);
-    g_source_set_dummy_callback(cancelled);
-    g_source_attach(cancelled, context);
+    // No source of the cancellable: its owner may still be at it, in its own thread, when this one
+    // has seen the end and frees the context. Disconnecting waits for the owner.
+    const auto cancelled =
+        g_cancellable_connect(cancellable, G_CALLBACK(+[](GCancellable*, gpointer loop) {
+                                  g_main_context_wakeup(static_cast<GMainContext*>(loop));
+                              }),
+                              context, nullptr);
     const auto closed = g_signal_connect(
         connection, "closed", G_CALLBACK(+[](GDBusConnection*, gboolean, GError*, gpointer loop) {
             g_main_context_wakeup(static_cast<GMainContext*>(loop));
@@ -58,8 +62,7 @@ void runUntil(const Done& isDone, GDBusConnection* connection, GMainContext* con
            !g_dbus_connection_is_closed(connection))
         g_main_context_iteration(context, TRUE);
     g_signal_handler_disconnect(connection, closed);
-    g_source_destroy(cancelled);
-    g_source_unref(cancelled);
+    g_cancellable_disconnect(cancellable, cancelled);
 }
 
 }  // namespace supportsdk
