@@ -138,6 +138,8 @@ TEST_F(ResourcesTest, EveryDrawingHasItsPictureAndNoPictureIsLeftOver) {
         wanted.insert(name);
         const auto moving = codec->decodeAnimation(toBytes(textOf(resources / name)));
         ASSERT_TRUE(moving) << name;
+        const auto frames = std::distance(fs::directory_iterator(entry), fs::directory_iterator());
+        EXPECT_EQ(moving->frames.size(), static_cast<std::size_t>(frames)) << name;
     }
 
     std::set<std::string> drawn;
