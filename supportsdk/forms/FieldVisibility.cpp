@@ -1,8 +1,10 @@
 #include "supportsdk/forms/FieldVisibility.h"
 
 #include <algorithm>
+#include <cmath>
 #include <compare>
 #include <cstring>
+#include <limits>
 #include <string>
 
 #include "supportsdk/forms/FormValues.h"
@@ -50,7 +52,10 @@ bool hasPart(const std::string& text, const std::string& part) {
 
 /// Numbers that differ beyond single precision count as equal.
 float floatOf(const Json& value) {
-    return static_cast<float>(numberOf(value));
+    using Limits = std::numeric_limits<float>;
+    const auto number = numberOf(value);
+    if (!(std::abs(number) > Limits::max())) return static_cast<float>(number);
+    return static_cast<float>(std::copysign(Limits::infinity(), number));
 }
 
 std::partial_ordering orderOf(const Json& actual, const Json& expected) {
