@@ -3,11 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "supportsdk/core/Error.h"
 #include "supportsdk/core/EventManager.h"
 #include "supportsdk/launcher/SupportButton.h"
@@ -42,7 +37,7 @@ class RecordingDelegate : public SupportButtonDelegate, public SupportButton::Vi
     void supportButtonDisplayViewController(SupportButton&,
                                             std::shared_ptr<ScreenController> shown) override {
         screen = std::move(shown);
-        note("screen " + std::string(screen->className()));
+        note(std::string(screen->className()));
     }
     void supportButtonDidRequestExit(SupportButton&) override { note("exit"); }
     void supportButtonDidAdvertiseService(SupportButton&, NetService& service) override {
@@ -92,32 +87,28 @@ class ButtonTest : public testing::Test {
     void load(const Json& customer = Json()) {
         button->loadConfigurationJSON(configuration, customer);
     }
-
+    /// Forgets what that told and requested.
     void loadWith(const Json& components, const Json& more = Json::object()) {
         load();
         fakes.http->answerTo("/app/get", 200, settings(components, more));
+        told();
+        events();
+        requests();
     }
 
-    /// The paths of all requests since the latest call, in order.
+    // Each gives what came since its latest call, in order.
+    std::vector<std::string> told() { return std::exchange(host->told, {}); }
+    std::vector<std::string> events() { return std::exchange(events_, {}); }
     std::vector<std::string> requests() {
         std::vector<std::string> paths;
         for (; seen_ < fakes.http->sent.size(); ++seen_) {
             const auto& request = fakes.http->request(seen_);
-            const auto path = request.url.find("/sdk/v1");
-            paths.push_back(request.method + " " + request.url.substr(path + 7));
+            paths.push_back(request.method + " " + request.url.substr(request.url.find("/v1") + 3));
         }
         return paths;
     }
 
-    /// What was told since the latest call.
-    std::vector<std::string> told() { return std::exchange(host->told, {}); }
-
-    std::vector<std::string> labels() const {
-        std::vector<std::string> all;
-        for (const auto& entry : button->supportEntries) all.push_back(entry.label);
-        return all;
-    }
-
+    /// Of the latest request to an address with `part` in it.
     Json bodyOf(const std::string& part) const {
         for (auto sent = fakes.http->sent.rbegin(); sent != fakes.http->sent.rend(); ++sent) {
             if (sent->request.url.find(part) != std::string::npos) {
@@ -136,16 +127,9 @@ class ButtonTest : public testing::Test {
 
  private:
     std::size_t seen_ = 0;
-};
-
-/// Records the names that go over the event channel while it lives.
-class EventLog {
- public:
-    std::vector<std::string> names;
-
- private:
+    std::vector<std::string> events_;
     Registration observation_ = EventManager::addObserver(
-        [this](const Notification& event) { names.push_back(event.object.text().value_or("")); });
+        [this](const Notification& event) { events_.push_back(event.object.text().value_or("")); });
 };
 
 }  // namespace supportsdk::test

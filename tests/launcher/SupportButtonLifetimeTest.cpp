@@ -46,16 +46,19 @@ TEST_P(SupportButtonLifetimeTest, SurvivesItsReleaseInsideAnyCallback) {
     answer("/create", 500, Json::object());
     whileAlive([](auto& it) { it.actionChat(); });
     answer("/create", 200, {{"results", {{{"id", "5"}}}}});
+    whileAlive([](auto& it) { it.actionSearchKnowledge(); });
+    whileAlive([](auto& it) { it.advertiseServiceWithPublicData(Json(), Json()); });
+    whileAlive([](auto& it) { it.netServiceDidPublish(*it.service); });
     fakes.urlOpener->works = false;
     whileAlive([](auto& it) { it.actionWeb(); });
     fakes.queue->drain();
     EventManager::notify("com.goquorrand.request.supportsdk.exit");
 
-    // Released in each of the fourteen callbacks in turn, and once not at all.
-    EXPECT_EQ(button == nullptr, GetParam() < 14) << testing::PrintToString(host->told);
+    // Released in each of the sixteen callbacks in turn, and once not at all.
+    EXPECT_EQ(button == nullptr, GetParam() < 16) << testing::PrintToString(host->told);
 }
 
-INSTANTIATE_TEST_SUITE_P(EachCallback, SupportButtonLifetimeTest, testing::Range(0, 15));
+INSTANTIATE_TEST_SUITE_P(EachCallback, SupportButtonLifetimeTest, testing::Range(0, 17));
 
 class SupportButtonReleaseTest : public ButtonTest {};
 
