@@ -18,6 +18,8 @@ import tempfile
 import threading
 import time
 
+import demo_menu
+
 DEADLINE = 15.0
 
 
@@ -75,8 +77,9 @@ class Program:
 class Person:
     """Sits at support-host: sees its reports, prints what a person would see, and acts."""
 
-    def __init__(self, host):
+    def __init__(self, host, is_live):
         self.host = host
+        self.is_live = is_live
         self.seen_lines = set()
         self.lines = []
         self.chat_open = False
@@ -95,11 +98,8 @@ class Person:
 
     def show(self, report):
         kind = report.get("is")
-        if kind == "menu" or kind == "sheet":
-            print(f"\n  {report.get('heading', 'Support')}")
-            for entry in report["entries"]:
-                print(f"    - {entry if isinstance(entry, str) else entry['label']}")
-            print()
+        if kind in ("menu", "sheet") or report.get("class") == "SupportMenuView" and kind == "changed":
+            demo_menu.draw(report)
         elif kind in ("progress", "error", "info", "success"):
             print(f"  [{report['text']}]")
         elif kind == "alert":
@@ -143,7 +143,11 @@ class Person:
         print("  The person taps the support button.")
         self.host.send(do="tap")
         menu = self.watch(lambda r: r.get("is") in ("menu", "sheet"), "the menu")
-        entries = [entry if isinstance(entry, str) else entry["label"] for entry in menu["entries"]]
+        if menu["is"] == "menu" and not self.is_live:
+            print("  The device turns dark.")
+            self.host.send(do="dark", on=True)
+            self.watch(lambda r: r.get("is") == "changed", "the menu's dark look")
+        entries = menu["entries"]
         chat = next((entry for entry in entries if "chat" in entry.lower()), entries[0])
         print(f"  The person picks \"{chat}\".")
         self.host.send(do="choose", label=chat)
@@ -216,7 +220,7 @@ def play(build, interactive):
                             ready["caFile"]], log)
             programs.append(host)
 
-            person = Person(host)
+            person = Person(host, interactive)
             person.open_chat(ready)
             (converse_live if interactive else converse)(person)
             print("  The case is closed.")

@@ -1,0 +1,214 @@
+#include <gmock/gmock.h>
+
+#include "tests/e2e/Road.h"
+
+// The menu: how the theme makes it look, and that each entry leads to a screen on which a person
+// gets on.
+
+namespace supportsdk::test {
+namespace {
+
+using testing::Each;
+using testing::HasSubstr;
+
+class Menu : public Road {
+ protected:
+    /// Merges into what the service says of the theme.
+    void theme(const Json& patch) {
+        ASSERT_TRUE(service->post("/settings", {{"integration", "harbor-lobby"},
+                                                {"patch", {{"advancedConfiguration", patch}}}}));
+    }
+
+    Json openMenu() {
+        host->send({{"do", "tap"}});
+        return host->await("menu");
+    }
+
+    void choose(const std::string& label) {
+        openMenu();
+        host->send({{"do", "choose"}, {"label", label}});
+    }
+
+    Json openScreen(const std::string& label, const std::string& screen) {
+        choose(label);
+        return host->await("screen", {{"class", screen}});
+    }
+
+    Json select(int row, const std::string& screen) {
+        host->send({{"do", "select"}, {"row", row}});
+        return host->await("screen", {{"class", screen}});
+    }
+
+    void back(const std::string& screen) {
+        host->send({{"do", "back"}});
+        host->await("left", {{"class", screen}});
+    }
+};
+
+std::vector<std::string> iconsOf(const Json& menu) {
+    std::vector<std::string> icons;
+    for (const auto& icon : menu.value("icons", Json::array())) icons.push_back(icon["icon"]);
+    return icons;
+}
+
+TEST_F(Menu, LooksAsTheServiceSaysInLightAndInDark) {
+    theme({{"menuAppearance",
+            {{"style", "Button"},
+             {"heading", "How can we help?"},
+             {"textColor", "#102030"},
+             {"textColorDark", "#E0E1E2"},
+             {"iconColor", "#0a0b0c"},
+             {"textSize", 17.5}}}});
+    load();
+    const auto light = openMenu();
+    EXPECT_EQ(light["heading"], "How can we help?");
+    EXPECT_EQ(light["style"], "button");
+    EXPECT_EQ(light["entries"].size(), 9U);
+    EXPECT_THAT(iconsOf(light), Each("found"));
+    EXPECT_EQ(light["colors"]["text"], "#102030");
+    EXPECT_EQ(light["textSize"], 17);
+    EXPECT_EQ(light["dark"], false);
+
+    host->send({{"do", "dark"}, {"on", true}});
+    const auto dark = host->await("changed", {{"class", "SupportMenuView"}});
+    EXPECT_EQ(dark["entries"], light["entries"]);
+    EXPECT_EQ(dark["colors"]["text"], "#e0e1e2");
+    EXPECT_NE(dark["colors"]["icon"], light["colors"]["icon"]);
+    host->send({{"do", "show"}});
+    EXPECT_EQ(host->await("menu")["colors"], dark["colors"]);
+    host->send({{"do", "choose"}, {"label", "Our website"}});
+    host->await("open", {{"url", "https://www.example.com/help"}, {"worked", true}});
+    host->send({{"do", "show"}});
+    host->await("refused");
+}
+
+TEST_F(Menu, PopsUp) {
+    theme({{"menuAppearance", {{"style", "nomenu"}, {"textColor", "#102030"}}}});
+    load();
+    host->send({{"do", "tap"}});
+    const auto sheet = host->await("sheet");
+    EXPECT_EQ(sheet["heading"], "Support");
+    EXPECT_EQ(sheet["tint"], "#102030");
+    EXPECT_EQ(sheet["entries"][0], "Cancel");
+    EXPECT_EQ(sheet["entries"].size(), 10U);
+    host->send({{"do", "choose"}, {"label", "Cancel"}});
+    host->await("event", {{"name", "com.goquorrand.event.menu.ended"}});
+}
+
+TEST_F(Menu, ThemeAnswersWithItsFallbacks) {
+    theme(
+        {{"colors", {{"textColor", "#112233"}, {"textColorDark", nullptr}, {"buttonColor", "red"}}},
+         {"menu", {{"chat", {{"text", "Talk"}, {"icon", "no-such-picture"}}}}}});
+    load();
+    host->send({{"do", "theme"}});
+    const auto light = host->await("theme");
+    EXPECT_EQ(light["colors"]["kbTextColor"], "#112233");
+    EXPECT_EQ(light["colors"]["buttonColor"], "#ef5e0d");
+    EXPECT_FALSE(light["colors"].contains("linkColor"));
+    EXPECT_EQ(light["texts"]["chatMenuText"], "Chat with us") << "the channel's title wins";
+    EXPECT_EQ(light["icons"]["chatMenuIcon"]["found"], true) << "the kit's own stays";
+
+    host->send({{"do", "dark"}, {"on", true}});
+    host->await("appearance", {{"what", "navigationBarBarTint"}, {"color", "#0c2a44"}});
+    host->send({{"do", "theme"}});
+    const auto dark = host->await("theme", {{"dark", true}});
+    EXPECT_EQ(dark["colors"]["buttonColor"], "#10a1f2");
+    EXPECT_EQ(dark["colors"]["kbTextColor"], "#112233");
+    EXPECT_EQ(dark["colors"]["labelColor"], "#ffffff");
+}
+
+TEST_F(Menu, LeadsToEveryChannel) {
+    theme({{"menuAppearance", {{"style", "iconlistexit"}}}});
+    load();
+    struct Way {
+        const char* label;
+        Json report;
+    };
+    const auto opens = [](const char* url) { return Json{{"is", "open"}, {"url", url}}; };
+    const auto shows = [](const char* screen) { return Json{{"is", "screen"}, {"class", screen}}; };
+    for (const auto& [label, report] :
+         {Way{"Chat with us", shows("ChatViewController")},
+          Way{"Call me back", shows("CallMeViewController")},
+          Way{"Help articles", shows("KBListViewController")},
+          Way{"Our website", opens("https://www.example.com/help")},
+          Way{"Write to us", opens("mailto:help@example.com")},
+          Way{"Call us", opens("tel://+15550199")}, Way{"Forms", shows("FormListViewController")},
+          Way{"My cases", shows("HistoryViewController")},
+          Way{"Installations", shows("JourneysViewController")}}) {
+        SCOPED_TRACE(label);
+        choose(label);
+        host->await(report["is"], report);
+        if (report.contains("class")) back(report["class"]);
+    }
+    openScreen("Help articles", "KBListViewController");
+    choose("Exit");
+    host->await("delegate", {{"operation", "supportButtonDidRequestExit"}});
+    host->await("left", {{"class", "KBListViewController"}});
+}
+
+TEST_F(Menu, ScreensOfReadingLeadOnAndBack) {
+    load();
+    const auto list = openScreen("Help articles", "KBListViewController")["sections"][0]["rows"];
+    EXPECT_EQ(list[0]["label"], "Displays");
+    host->send({{"do", "select"}, {"row", 0}});
+    const auto closed = host->await("changed", {{"class", "KBListViewController"}});
+    EXPECT_EQ(closed["sections"][0]["rows"].size(), list.size() - 2);
+    host->send({{"do", "select"}, {"row", closed["sections"][0]["rows"].size() - 1}});
+    const auto page = host->await("web", {{"title", "Cleaning a touch screen"}});
+    EXPECT_THAT(page.value("html", ""), HasSubstr("dry cloth"));
+    back("BaseWebViewController");
+    back("KBListViewController");
+
+    openScreen("Installations", "JourneysViewController");
+    select(0, "JourneyViewController");
+    EXPECT_THAT(host->await("web").value("url", ""), HasSubstr("/journeys/j-1"));
+    back("JourneyViewController");
+    back("JourneysViewController");
+
+    const auto cases = openScreen("My cases", "HistoryViewController")["sections"][0]["rows"];
+    ASSERT_FALSE(cases.empty());
+    for (std::size_t row = 0; row < cases.size(); ++row) {
+        if (cases[row]["label"] != "Chat ID: 4003") continue;
+        host->send({{"do", "select"}, {"row", row}});
+        host->await("error", {{"text", "This issue has no chat history."}});
+    }
+}
+
+TEST_F(Menu, ScreensOfWritingReachTheService) {
+    load();
+    const auto dialog = openScreen("Call me back", "CallMeViewController");
+    EXPECT_EQ(dialog["fields"][0]["value"], "+1 555 0101")
+        << "what the service knows of the person";
+    host->send({{"do", "press"}, {"label", "Submit"}});
+    host->await("refused");
+    host->send({{"do", "type"}, {"field", "Description"}, {"text", "It hums."}});
+    host->send({{"do", "type"}, {"text", "(212) 555-0147"}});
+    EXPECT_EQ(host->await("changed")["buttons"][1]["enabled"], true);
+    host->send({{"do", "press"}, {"label", "Submit"}});
+    host->await("info", {{"text", "Thank you. We will call within the hour."}});
+    const auto call = service->await("request", {{"path", "/sdk/v1/issues/create"}});
+    ASSERT_TRUE(call);
+    EXPECT_THAT(call->value("body", ""), HasSubstr("It hums."));
+    EXPECT_THAT(call->value("body", ""), HasSubstr("(212) 555-0147"));
+
+    openScreen("Forms", "FormListViewController");
+    const auto form = select(0, "FormViewController");
+    EXPECT_EQ(form["title"], "Feedback");
+    EXPECT_EQ(form["saveShown"], true);
+    host->send({{"do", "type"}, {"field", "Topics"}, {"text", "lobby"}});
+    host->send({{"do", "press"}, {"label", "Save"}});
+    host->await("info", {{"text", "Submission successful"}});
+    host->await("left", {{"class", "FormViewController"}});
+    EXPECT_EQ(service->get("/records/form_log")->at("results").size(), 1U);
+
+    const auto visit = select(2, "FormViewController");
+    EXPECT_EQ(visit["saveShown"], false);
+    host->send({{"do", "set"}, {"field", "Reason"}, {"value", "Other"}});
+    const auto other = host->await("changed", {{"class", "FormViewController"}});
+    EXPECT_EQ(other["fields"].size(), visit["fields"].size() + 1) << "it asks which one";
+    host->send({{"do", "set"}, {"field", "Reason"}, {"value", "Holiday"}});
+    host->await("refused");
+}
+
+}  // namespace
+}  // namespace supportsdk::test
