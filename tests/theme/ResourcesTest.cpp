@@ -93,7 +93,7 @@ TEST_F(ResourcesTest, ThemesAreLegibleInLightAndInDark) {
         for (const bool dark : {false, true}) {
             SCOPED_TRACE(settings.value("menuAppearance", Json()).dump() + (dark ? " dark" : ""));
             fakes.traits->dark = dark;
-            const auto ground = colorFromRGB(dark ? 0x1C1C1E : 0xFFFFFF);
+            const auto ground = colorFromRGB(dark ? 0x000000 : 0xFFFFFF);
             EXPECT_GE(contrast(theme.menuTextColor(), theme.menuBackgroundColor()), 4.5);
             EXPECT_GE(contrast(theme.menuIconColor(), theme.menuBackgroundColor()), 3);
             EXPECT_GE(
@@ -103,7 +103,7 @@ TEST_F(ResourcesTest, ThemesAreLegibleInLightAndInDark) {
                 contrast(theme.navigationBarIconColor(), theme.navigationBarBackgroundColor()), 3);
             EXPECT_GE(contrast(theme.textColor(), ground), 4.5);
             EXPECT_GE(contrast(theme.iconColor(), ground), 3);
-            EXPECT_GE(contrast(theme.buttonColor(), ground), dark ? 3 : 4.5);
+            EXPECT_GE(contrast(theme.buttonColor(), ground), 4.5);
             EXPECT_GE(contrast(theme.callMeButtonTextColor(), theme.callMeButtonBackgroundColor()),
                       4.5);
             EXPECT_GE(contrast(theme.formLabelTextColor(), ground), 4.5);
