@@ -117,11 +117,13 @@ void CallMeViewController::createIssue() {
     progress->showStatus(localized("Requesting callback"));
     support->createIssueWithCallbackNumber(
         callbackNumber, desc,
-        [weak = std::weak_ptr(support), progress](const Json& response) {
+        [weak = std::weak_ptr(support), button = supportButton, progress](const Json& response) {
             progress->dismiss();
             const auto target = weak.lock();
             const auto issue = firstIssue(response);
             if (!target || !issue) return;
+            // An issue of a former configuration is no issue of the present customer.
+            if (const auto owner = button.lock(); owner && owner->support != target) return;
             target->saveCurrentIssue(issue);
             showConfirmation(*target);
         },

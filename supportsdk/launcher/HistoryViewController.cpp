@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "supportsdk/chat/ChatViewController.h"
+#include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/core/DefaultsKeys.h"
 #include "supportsdk/core/EventManager.h"
 #include "supportsdk/core/EventNames.h"
@@ -103,6 +104,9 @@ void HistoryViewController::displayChatWithIssue(const std::shared_ptr<QDIssue>&
     chat->isVideoUnavailable = SupportButton::isVideoUnavailable();
     chat->isReadOnly = !issue->isOpen();
     chat->chatRoomTitle = chat->isReadOnly ? localized("Site History") : "";
+    // The engine has one list of lines for all chats. A live one gets its own back when it is
+    // opened.
+    if (chat->isReadOnly) chat->engine().viewModel->clearMessages();
     support->platform->presenter->push(chat, *this);
 }
 
