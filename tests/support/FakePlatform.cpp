@@ -360,4 +360,9 @@ FakePlatform::FakePlatform() {
     platform->urlOpener = urlOpener;
 }
 
+FakePlatform::~FakePlatform() {
+    presenter->presented.clear();
+    presenter->pushed.clear();
+}
+
 }  // namespace supportsdk::test

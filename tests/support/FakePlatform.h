@@ -271,7 +271,8 @@ class FakePresenter : public Presenter {
     std::vector<std::string> log;
 };
 
-/// Writes down what was shown: "status X", "error X", "info X", "success X", "dismiss".
+/// Writes down what was shown: "status X", "error X", "info X", "success X", "dismiss", "dismiss
+/// after 3000".
 class FakeProgress : public Progress {
  public:
     void showStatus(const std::string& text) override { shown.push_back("status " + text); }
@@ -279,7 +280,9 @@ class FakeProgress : public Progress {
     void showInfo(const std::string& text) override { shown.push_back("info " + text); }
     void showSuccess(const std::string& text) override { shown.push_back("success " + text); }
     void dismiss() override { shown.emplace_back("dismiss"); }
-    void dismissAfter(std::chrono::milliseconds) override { shown.emplace_back("dismiss"); }
+    void dismissAfter(std::chrono::milliseconds delay) override {
+        shown.push_back("dismiss after " + std::to_string(delay.count()));
+    }
     void setMinimumDisplayTime(std::chrono::milliseconds time) override {
         minimumDisplayTime = time;
     }
@@ -332,6 +335,10 @@ class FakeUrlOpener : public UrlOpener {
 /// A platform of fakes, with a typed view of each.
 struct FakePlatform {
     FakePlatform();
+    /// Screens keep the platform, and what presents them keeps the screens: an end to that.
+    ~FakePlatform();
+    FakePlatform(const FakePlatform&) = delete;
+    FakePlatform& operator=(const FakePlatform&) = delete;
 
     std::shared_ptr<FakeMainQueue> queue = std::make_shared<FakeMainQueue>();
     std::shared_ptr<FakeBackgroundQueue> background = std::make_shared<FakeBackgroundQueue>(queue);

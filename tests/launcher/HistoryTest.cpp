@@ -1,0 +1,174 @@
+#include "supportsdk/chat/ChatViewController.h"
+#include "supportsdk/chat/QDChatViewModel.h"
+#include "supportsdk/chat/QuorrandChatMessage.h"
+#include "supportsdk/core/EventManager.h"
+#include "supportsdk/launcher/HistoryViewController.h"
+#include "supportsdk/launcher/SupportButton.h"
+#include "tests/core/SupportFixture.h"
+
+namespace supportsdk::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class HistoryTest : public SupportTest {
+ protected:
+    HistoryTest() { support->features.historyEnabled = true; }
+
+    static Json issue(const std::string& id, const Json& status, const std::string& created) {
+        return {{"id", id}, {"reference_num", id}, {"status", status}, {"created", created}};
+    }
+
+    void answer(int status, const Json& body) {
+        support->getHistory();
+        fakes.http->answerTo("/issues/history", status, body);
+    }
+
+    /// The numbers of the rows, in their order.
+    std::string rows() const {
+        std::string all;
+        for (std::size_t row = 0; row < screen->numberOfRows(); ++row) {
+            all += screen->row(row).chatId.substr(sizeof("Chat ID: ") - 1);
+        }
+        return all;
+    }
+
+    /// Opens an issue as its row would; the chat that was pushed, or null.
+    std::shared_ptr<ChatViewController> choose(const Json& record) {
+        fakes.presenter->pushed.clear();
+        HistoryViewModel model(fakes.clock, nullptr, {});
+        screen->viewModelDidSelectEntry(model, std::make_shared<QDIssue>(record));
+        if (fakes.presenter->pushed.empty()) return nullptr;
+        return std::dynamic_pointer_cast<ChatViewController>(fakes.presenter->pushed.back());
+    }
+
+    std::shared_ptr<Support> support = startWithSettings();
+    std::shared_ptr<HistoryViewController> screen = HistoryViewController::create(support, {});
+    const Json lines = {{"c1", {{"2026-01-02 10:00:00.000", {{"message", "hi"}}}}}};
+};
+
+TEST_F(HistoryTest, StoredSwitchesFilterAndTheNewestComesFirst) {
+    const Json records = {issue("A", Json(), "2026-01-02 10:00:00"),
+                          issue("B", 7, "2025-12-31 23:59:59"),
+                          issue("C", 9, "2026-01-31 08:00:00"), issue("D", 6, "soon")};
+    answer(200, {{"results", records}});
+    screen->viewDidLoad();
+    EXPECT_EQ(rows(), "CABD");
+
+    stored().values["com.goquorrandn.history.show_open"] = false;
+    stored().values["com.goquorrandn.history.sort_descending"] = false;
+    screen->viewDidLoad();
+    EXPECT_EQ(rows(), "BC");
+    stored().values["com.goquorrandn.history.show_resolved"] = false;
+    screen->viewDidLoad();
+    EXPECT_EQ(rows(), "C");
+    EXPECT_EQ(support->historyViewModel->originalEntries.size(), 4U);
+
+    // A model that comes while the screen is open has every switch off until they are loaded.
+    answer(200, {{"results", records}});
+    EXPECT_EQ(rows(), "");
+    screen->viewDidLoad();
+    EXPECT_EQ(rows(), "C");
+}
+
+TEST_F(HistoryTest, WhatIsNoListLeavesTheScreenAsItIs) {
+    answer(200, {{"results", {issue("A", 1, "2026-01-02 10:00:00")}}});
+    screen->viewDidLoad();
+    const auto model = support->historyViewModel;
+    answer(200, {{"results", Json::object()}});
+    EXPECT_THAT(fakes.progress->shown, IsEmpty());
+    answer(503, Json::object());
+    EXPECT_THAT(fakes.progress->shown, ElementsAre("dismiss"));
+    EXPECT_EQ(support->historyViewModel, model);
+    EXPECT_EQ(rows(), "A");
+}
+
+TEST_F(HistoryTest, TheTextOfARequestGoesWithTheScreen) {
+    std::vector<std::string> events;
+    const auto observation = EventManager::addObserver([&](const Notification& notification) {
+        events.push_back(notification.object.text().value_or(""));
+    });
+    screen->viewDidLoad();
+    screen->viewWillAppear();
+    fakes.http->answerTo("/issues/history", 200, {{"results", Json::array()}});
+    EXPECT_THAT(fakes.progress->shown, ElementsAre("status Retrieving"));
+    screen->viewWillDisappear();
+    EXPECT_THAT(fakes.progress->shown, ElementsAre("status Retrieving", "dismiss"));
+    EXPECT_THAT(events, ElementsAre("com.goquorrand.event.history.started",
+                                    "com.goquorrand.event.history.ended"));
+}
+
+TEST_F(HistoryTest, ARowSaysWhatIsKnown) {
+    auto open = issue("12", 3, "2026-01-31 23:30:00");
+    open["resolved"] = "2026-02-01 10:00:00";
+    open["isRated"] = true;
+    open["transcripts"] = {{"c1",
+                            {{"2026-01-31 23:31:00.000", {{"from", "Ann"}, {"message", "old"}}},
+                             {"2026-02-01 00:01:00.500", {{"from", "Bo"}, {"message", "new"}}},
+                             {"zzz", {{"from", "Eve"}, {"message", "no date"}}}}}};
+    auto row = historyRow(QDIssue(open), *fakes.platform);
+    EXPECT_EQ(row.chatId, "Chat ID: 12");
+    EXPECT_EQ(row.date, "January 31, 2026");
+    EXPECT_EQ(row.status, "Status: Open");
+    EXPECT_EQ(row.rating, "");
+    EXPECT_EQ(row.latestMessage, "Bo: new");
+
+    auto closed = open;
+    closed["status"] = 8;
+    closed["rating"] = 4;
+    row = historyRow(QDIssue(closed), *fakes.platform);
+    EXPECT_EQ(row.date, "February 01, 2026");
+    EXPECT_EQ(row.rating, "Rating: 4");
+    EXPECT_EQ(row.latestMessage, "");
+
+    for (const Json& odd :
+         {Json{{"c1", Json()}}, Json{{"c1", "text"}}, lines, Json{{"c1", Json::array({1})}}}) {
+        open["transcripts"] = odd;
+        open["created"] = "2026-02-30 10:00:00";
+        row = historyRow(QDIssue(open), *fakes.platform);
+        EXPECT_EQ(row.latestMessage + row.date, "") << odd;
+    }
+}
+
+TEST_F(HistoryTest, AnIssueOpensItsChatWhenItHasOne) {
+    auto record = issue("A", 7, "2026-01-02 10:00:00");
+    record["comm_id"] = "c1";
+    record["transcripts"] = lines;
+    record["isRated"] = true;
+    const auto rated = choose(record);
+    ASSERT_TRUE(rated);
+    EXPECT_TRUE(rated->isReadOnly);
+    EXPECT_EQ(rated->chatRoomTitle, "Site History");
+    record["isRated"] = false;
+    EXPECT_TRUE(choose(record));
+
+    record["status"] = 6;
+    const auto open = choose(record);
+    ASSERT_TRUE(open);
+    EXPECT_FALSE(open->isReadOnly);
+    EXPECT_EQ(open->chatRoomTitle, "");
+
+    auto silent = record;
+    silent["transcripts"] = Json::object();
+    EXPECT_FALSE(choose(silent));
+    record.erase("comm_id");
+    EXPECT_FALSE(choose(record));
+    const auto* words = "error This issue has no chat history.";
+    EXPECT_THAT(fakes.progress->shown, ElementsAre(words, words));
+}
+
+TEST_F(HistoryTest, AChatOfThePastShowsNoLinesOfAnother) {
+    const auto& model = *support->chat->viewModel;
+    support->chat->viewModel->addMessage(
+        QuorrandChatMessage::createWithTranscript(*support->chat, {{"message", "live"}}));
+    auto record = issue("A", 9, "2026-01-02 10:00:00");
+    record["comm_id"] = "c1";
+    record["transcripts"] = lines;
+    ASSERT_TRUE(model.lastMessage());
+    ASSERT_TRUE(choose(record));
+    EXPECT_FALSE(model.lastMessage());
+}
+
+}  // namespace
+}  // namespace supportsdk::test
