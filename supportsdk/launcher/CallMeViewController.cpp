@@ -1,6 +1,5 @@
 #include "supportsdk/launcher/CallMeViewController.h"
 
-#include <algorithm>
 #include <chrono>
 #include <utility>
 
