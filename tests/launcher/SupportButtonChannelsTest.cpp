@@ -40,16 +40,12 @@ TEST_F(SupportButtonChannelsTest, OpensTheScreenOfEachChannel) {
 }
 
 TEST_F(SupportButtonChannelsTest, OpensCallMeWithTheNumberThatTheServiceKnows) {
-    struct Case {
-        int status;
-        Json answer;
-        std::optional<std::string> number;
-    };
-    for (const auto& [status, answer, number] :
-         {Case{200, {{"callback_number", "555 0123"}}, "555 0123"},
-          Case{200, {{"callback_number", Json()}}, std::nullopt},
-          Case{200, {{"callback_number", {1}}}, std::nullopt},
-          Case{404, Json::object(), std::nullopt}}) {
+    const std::vector<std::tuple<int, Json, std::optional<std::string>>> cases = {
+        {200, {{"callback_number", "555 0123"}}, "555 0123"},
+        {200, {{"callback_number", Json()}}, std::nullopt},
+        {200, {{"callback_number", {1}}}, std::nullopt},
+        {404, Json::object(), std::nullopt}};
+    for (const auto& [status, answer, number] : cases) {
         button->actionCallMe();
         fakes.http->answerTo("/getCallbackNumber/", status, answer);
         const auto& stack = dynamic_cast<NavigationController&>(*fakes.presenter->presented.back());

@@ -10,17 +10,15 @@ using testing::ElementsAre;
 using testing::Not;
 
 const Json on = {{"enabled", true}};
-const Json everything = {
-    {"chat", {{"enabled", true}, {"title", "Talk"}}},
-    {"callme", on},
-    {"kb", on},
-    {"website", {{"enabled", true}, {"website", "https://example.test/help"}}},
-    {"email", {{"enabled", true}, {"email", "help@example.test"}}},
-    {"phone", on},
-    {"forms", on},
-    {"history", on},
-    {"journeys", on},
-};
+const Json everything = {{"chat", {{"enabled", true}, {"title", "Talk"}}},
+                         {"callme", on},
+                         {"kb", on},
+                         {"website", {{"enabled", true}, {"website", "https://example.test/help"}}},
+                         {"email", {{"enabled", true}, {"email", "help@example.test"}}},
+                         {"phone", on},
+                         {"forms", on},
+                         {"history", on},
+                         {"journeys", on}};
 const Json withPhone = {{"supportPhone", "+1 555 01 23"}};
 
 class SupportButtonMenuTest : public ButtonTest {
@@ -50,15 +48,10 @@ TEST_F(SupportButtonMenuTest, RefusesATapWithoutAProviderAndSaysThatAMenuIsEmpty
 }
 
 TEST_F(SupportButtonMenuTest, MapsTheThemesStyleToAPopupOrAList) {
-    struct Case {
-        Json style;
-        int menuStyle;
-        const char* shown;
-    };
-    for (const auto& [style, menuStyle, shown] :
-         {Case{"nomenu", 0, "popup"}, Case{"MENU", 1, "popup"}, Case{"button", 2, "menu"},
-          Case{"iconlist", 3, "menu"}, Case{"iconlistexit", 4, "menu"}, Case{"pie", 3, "menu"},
-          Case{Json(), 3, "menu"}}) {
+    const std::vector<std::tuple<Json, int, std::string>> cases = {
+        {"nomenu", 0, "popup"},  {"MENU", 1, "popup"},        {"button", 2, "menu"},
+        {"iconlist", 3, "menu"}, {"iconlistexit", 4, "menu"}, {Json(), 3, "menu"}};
+    for (const auto& [style, menuStyle, shown] : cases) {
         loadStyle(style);
         button->clicked();
         EXPECT_EQ(button->menuStyle, menuStyle) << style;
