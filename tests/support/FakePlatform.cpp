@@ -79,7 +79,8 @@ void FakeHttpClient::send(HttpRequest request, Completion completion) {
 std::optional<Bytes> FakeHttpClient::read(const std::string& url, std::chrono::milliseconds) {
     reads.push_back(url);
     const auto found = readable.find(url);
-    return found == readable.end() ? std::nullopt : std::optional(found->second);
+    if (found == readable.end() || found->second.size() > maximumReadBytes) return std::nullopt;
+    return found->second;
 }
 
 void FakeHttpClient::answer(std::size_t index, int status, const Json& body, HttpHeaders headers) {
