@@ -4,7 +4,6 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 namespace supportsdk::test {
@@ -78,9 +77,13 @@ std::optional<FoundService> ServiceBrowser::awaitService(const std::string& name
     FoundService found{name, fields->at(5), fields->at(6), std::stoi(fields->at(8)), {}};
     std::string items;
     for (auto at = 9U; at < fields->size(); ++at) items += fields->at(at) + ";";
-    static const std::regex item("\"([^\"=]*)=([^\"]*)\"");
-    for (std::sregex_iterator each(items.begin(), items.end(), item), end; each != end; ++each)
-        found.txt[(*each)[1]] = (*each)[2];
+    // Each in quotes, which values have none of.
+    std::istringstream quoted(items);
+    for (std::string item; std::getline(quoted, item, '"') && std::getline(quoted, item, '"');) {
+        const auto equals = item.find('=');
+        if (equals != std::string::npos)
+            found.txt[item.substr(0, equals)] = item.substr(equals + 1);
+    }
     return found;
 }
 
