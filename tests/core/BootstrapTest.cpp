@@ -122,13 +122,10 @@ TEST_F(BootstrapTest, theButtonsImageIsReplacedWithEveryConfiguration) {
     support->reloadWithJSON(other);
     EXPECT_FALSE(support->getButtonImage());
 
-    fakes.http->readable["https://img.example/big"] = Bytes(std::size_t{8} * 1024 * 1024 + 1);
-    EXPECT_FALSE(support->config->imageWithUrl("https://img.example/big"));
     for (const auto* url : {"not a url", "", "https://x/%zz"}) {
         EXPECT_FALSE(support->config->imageWithUrl(url));
     }
-    EXPECT_THAT(fakes.http->reads,
-                ElementsAre("https://img.example/a.png", "https://img.example/big"));
+    EXPECT_THAT(fakes.http->reads, ElementsAre("https://img.example/a.png"));
 }
 
 TEST_F(BootstrapTest, filesOfTheMainBundleAreFoundByTheFirstTwoPiecesOfTheirName) {
