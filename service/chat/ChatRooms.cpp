@@ -113,6 +113,8 @@ std::optional<Json> ChatRooms::open(const std::string& integrationId, const std:
 }
 
 std::optional<ChatAccount> ChatRooms::account(const std::string& memberUserId) {
+    // Two chats that begin at once must not make the account with two passwords.
+    const std::lock_guard lock(accountMutex_);
     auto record = store_.get(kind::account, memberUserId);
     if (!record) {
         record = Json{{"jid", server_.jid("member-" + localPart(memberUserId))},

@@ -73,6 +73,7 @@ class ChatRooms {
 
     Store& store_;
     Journal& journal_;
+    std::mutex accountMutex_;
     mutable std::mutex serverMutex_;
     ProsodyServer server_;
     std::atomic<bool> ending_ = false;
