@@ -30,7 +30,8 @@ void check(const QDIssue& issue) {
 
     auto cleared = issue;
     cleared.clear();
-    for (const auto& [key, value] : cleared.dict().items()) {
+    const auto rest = cleared.dict();
+    for (const auto& [key, value] : rest.items()) {
         require(key == "isRated" || key == "resolved" || key == "rating");
     }
 }

@@ -206,7 +206,7 @@ std::shared_ptr<UserDefaults> FakeUserDefaultsStore::suite(const std::string& na
 }
 
 FakeUserDefaults& FakeUserDefaultsStore::fake(const std::string& name) {
-    suite(name);
+    (void)suite(name);
     return *suites_.at(name);
 }
 
