@@ -38,7 +38,11 @@ TEST_F(HostTest, RefusesWhatIsNoCommandAndGoesOn) {
           Case{R"({"do":7})", "missing"}, Case{R"({"do":"fly"})", "cannot do"},
           Case{R"({"do":"load"})", "no object"}, Case{R"({"do":"choose","label":"x"})", "offered"},
           Case{R"({"do":"select","row":-1})", "no row"}, Case{R"({"do":"back"})", "no screen"},
-          Case{R"({"do":"send"})", "no screen"}, Case{R"({"do":"wait"})", "milliseconds"}}) {
+          Case{R"({"do":"send"})", "no screen"}, Case{R"({"do":"set","field":"x"})", "missing"},
+          Case{R"({"do":"set","field":"x","value":1})", "no screen"},
+          Case{R"({"do":"show"})", "no screen"}, Case{R"({"do":"theme"})", "no configuration"},
+          Case{R"({"do":"advertise","public":[]})", "no object"},
+          Case{R"({"do":"wait"})", "milliseconds"}}) {
         host.sendText(line + "\n");
         EXPECT_THAT(host.await("refused").value("why", ""), HasSubstr(why)) << line;
     }
