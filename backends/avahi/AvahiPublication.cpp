@@ -42,7 +42,10 @@ void AvahiPublication::run(int stop) {
     avahi_simple_poll_iterate(poll_.get(), 0);
     while (!stopped_ && connect()) {
         while (!stopped_ && !lost_) {
-            if (avahi_simple_poll_iterate(poll_.get(), patience()) != 0) stopped_ = true;
+            if (avahi_simple_poll_iterate(poll_.get(), patience()) != 0) {
+                lose(AVAHI_ERR_OS);
+                stopped_ = true;
+            }
             if (!last_ && Clock::now() >= overdue_) fail(AVAHI_ERR_TIMEOUT);
         }
         // Freed here, as its own callbacks must not do it. The daemon withdraws what it held.

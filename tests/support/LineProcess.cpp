@@ -74,8 +74,4 @@ int LineProcess::waitForEnd() {
     return WEXITSTATUS(status);
 }
 
-void LineProcess::signal(int number) const {
-    kill(pid_, number);
-}
-
 }  // namespace supportsdk::test

@@ -26,7 +26,6 @@ class LineProcess {
     bool awaitLine(const std::string& part);
     /// Reads to the end of the output: the exit status, or -1.
     int waitForEnd();
-    void signal(int number) const;
 
  private:
     pid_t pid_ = -1;

@@ -53,9 +53,6 @@ std::string code(int error) {
 
 class NetServiceTest : public testing::Test {
  protected:
-    static void SetUpTestSuite() { responder = new MdnsResponder; }
-    static void TearDownTestSuite() { delete std::exchange(responder, nullptr); }
-
     void SetUp() override {
         if (const auto obstacle = MdnsResponder::obstacle(); !obstacle.empty())
             GTEST_SKIP() << obstacle;
@@ -84,13 +81,16 @@ class NetServiceTest : public testing::Test {
         return service;
     }
 
-    static MdnsResponder* responder;
+    static MdnsResponder* onlyOne() {
+        static MdnsResponder one;
+        return &one;
+    }
+
+    MdnsResponder* const responder = onlyOne();
     std::shared_ptr<LoopMainQueue> queue = std::make_shared<LoopMainQueue>();
     AvahiNetServiceFactory factory{queue};
     std::shared_ptr<Outcomes> outcomes = std::make_shared<Outcomes>(queue);
 };
-
-MdnsResponder* NetServiceTest::responder = nullptr;
 
 TEST_F(NetServiceTest, IsReadByOthersUntilItIsDropped) {
     ASSERT_TRUE(responder->startDaemon());
