@@ -24,6 +24,11 @@ endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # At -O2 and above GCC 12 sees copies of negative length in plain std::string concatenation (its bug 105651).
     add_compile_options(-Wno-restrict -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
+    # Optimised, it also takes a moved std::optional of a text for one without a value but in use.
+    add_compile_options($<$<CONFIG:Release>:-Wno-maybe-uninitialized>)
+    if(SUPPORTSDK_SANITIZE)
+        add_compile_options(-Wno-maybe-uninitialized)
+    endif()
 endif()
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     add_compile_options(-Wthread-safety)

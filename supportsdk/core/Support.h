@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -320,6 +321,8 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     void attachChat();                                                   // chat/SupportChat.cpp
     void shareHeadersWithChat();                                         // chat/SupportChat.cpp
     void historyDidArrive(const Json& response);  // launcher/SupportHistory.cpp
+
+    std::uint64_t latestHistoryRequest_ = 0;
 };
 
 }  // namespace supportsdk

@@ -9,9 +9,14 @@ void Support::getHistory() {
     if (!features.historyEnabled) return;
     isHistoryRequested = true;
     historyEntries.clear();
+    // Settings ask before the customer is known and again after it, and answers overtake each
+    // other: what the latest question brought must not be replaced by an earlier one's answer.
     executeGet("/issues/history?members_locations_id=" + identity.membersLocationsId.text(),
-               endpoint, Json(), [weak = weak_from_this()](const Json& response) {
-                   if (const auto self = weak.lock()) self->historyDidArrive(response);
+               endpoint, Json(),
+               [weak = weak_from_this(), request = ++latestHistoryRequest_](const Json& response) {
+                   const auto self = weak.lock();
+                   if (self && request == self->latestHistoryRequest_)
+                       self->historyDidArrive(response);
                });
 }
 

@@ -210,54 +210,5 @@ TEST_F(Menu, ScreensOfWritingReachTheService) {
     host->await("refused");
 }
 
-TEST_F(Menu, OpensUnderAbsurdSettings) {
-    const std::string longTitle(100'000, 'x');
-    theme({{"components",
-            {{"chat", {{"title", longTitle}}},
-             {"website", {{"website", "nowhere://at/all"}}},
-             {"kb", Json::array()},
-             {"journeys", "on"}}},
-           {"menuAppearance", Json::array({1})},
-           {"formAppearance", {{"label", 7}}},
-           {"navigationBarAppearance", true},
-           {"menu", {{"chat", 3}}},
-           {"icons", {{"iconColor", Json::object()}, {"kbFolderIcon", "../../etc/passwd"}}},
-           {"colors", "red"}});
-    load();
-    const auto menu = openMenu();
-    EXPECT_EQ(menu["entries"][0], longTitle);
-    EXPECT_EQ(menu["entries"].size(), 7U);
-    host->send({{"do", "choose"}, {"label", "Our website"}});
-    const auto failure = host->await("delegate", {{"operation", "supportButtonDidFailWithError"}});
-    EXPECT_EQ(failure["error"]["description"], "Unable to open webpage");
-}
-
-TEST_F(Menu, TakesANewConfigurationOnTheWayToAChatAndTwoTapsAtOnce) {
-    load();
-    const std::string create = "/sdk/v1/issues/create";
-    service->post("/faults", {{"kind", "delay"}, {"milliseconds", 700}, {"path", create}});
-    chooseChat();
-    const auto before = host->seen.size();
-    load();
-    openScreen("Help articles", "KBListViewController");
-    ASSERT_TRUE(service->await("answered", {{"path", create}}));
-    host->send({{"do", "show"}});
-    host->await("screen", {{"class", "KBListViewController"}});
-    for (auto place = before; place < host->seen.size(); ++place) {
-        EXPECT_NE(host->seen[place].value("class", ""), "ChatViewController")
-            << "the former configuration opens nothing any more";
-    }
-    back("KBListViewController");
-
-    for (int tap = 0; tap < 2; ++tap) {
-        host->send({{"do", "tap"}});
-        host->send({{"do", "choose"}, {"label", "Chat with us"}});
-    }
-    host->await("screen", {{"class", "ChatViewController"}});
-    host->await("screen", {{"class", "ChatViewController"}});
-    back("ChatViewController");
-    back("ChatViewController");
-}
-
 }  // namespace
 }  // namespace supportsdk::test

@@ -45,7 +45,15 @@ class Road : public testing::Test {
         host->send({{"do", "load"},
                     {"configuration", service->configuration()},
                     {"customer", service->ready()["customer"]}});
-        host->await("delegate", {{"operation", "supportButtonDidGetCustomer"}});
+        // In either order: each is the answer to a request of its own.
+        bool hasSettings = false;
+        bool hasCustomer = false;
+        host->await("settings and customer", [&](const Json& report) {
+            const auto operation = report.value("operation", "");
+            hasSettings = hasSettings || operation == "supportButtonDidGetSettings";
+            hasCustomer = hasCustomer || operation == "supportButtonDidGetCustomer";
+            return hasSettings && hasCustomer;
+        });
     }
 
     void chooseChat() {

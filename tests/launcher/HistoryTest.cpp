@@ -84,6 +84,17 @@ TEST_F(HistoryTest, WhatIsNoListLeavesTheScreenAsItIs) {
     EXPECT_EQ(rows(), "A");
 }
 
+TEST_F(HistoryTest, AnAnswerThatWasOvertakenChangesNothing) {
+    support->identity.membersLocationsId = {};
+    support->getHistory();
+    const Json location = "l";
+    support->identity.membersLocationsId = IdentityValue(&location);
+    answer(200, {{"results", {issue("A", 1, "2026-01-02 10:00:00")}}});
+    fakes.http->answerTo("=(null)", 200, {{"results", Json::array()}});
+    EXPECT_EQ(support->historyEntries.size(), 1U);
+    EXPECT_FALSE(support->isHistoryRequested);
+}
+
 TEST_F(HistoryTest, TheTextOfARequestGoesWithTheScreen) {
     std::vector<std::string> events;
     const auto observation = EventManager::addObserver([&](const Notification& notification) {
