@@ -37,7 +37,9 @@ int main() {
 
     expect(platform->http && platform->xmpp && platform->reachability, "network is there");
     expect(platform->userDefaults && platform->images && platform->urlOpener, "the rest is there");
-    expect(platform->presenter && platform->progress && platform->traits, "screens are there");
+    expect(platform->presenter && platform->progress && platform->traits &&
+               platform->globalAppearance && platform->netServices,
+           "screens and services are there");
     expect(platform->kitBundle->identifier() == "com.goquorrand.supportsdk", "resources are found");
     expect(platform->kitBundle->info("CFBundleShortVersionString") == supportsdk::libraryVersion(),
            "one version");
