@@ -1,30 +1,20 @@
 #include "backends/gio/PortalTraits.h"
 
-#include <map>
-#include <vector>
+#include <utility>
 
 #include "backends/gio/ColorSchemeWatcher.h"
+#include "supportsdk/platform/Observers.h"
 
 namespace supportsdk {
 
 /// Main thread.
 struct PortalTraits::State {
     void take(bool isDark) {
-        if (dark == isDark) return;
-        dark = isDark;
-        std::vector<int> ids;
-        for (const auto& [id, observer] : observers) ids.push_back(id);
-        for (const int id : ids) {
-            const auto found = observers.find(id);
-            if (found == observers.end()) continue;
-            const auto observer = found->second;  // it may end itself
-            observer();
-        }
+        if (std::exchange(dark, isDark) != isDark) observers.notify();
     }
 
     bool dark = false;
-    int lastId = 0;
-    std::map<int, std::function<void()>> observers;
+    Observers observers;
 };
 
 PortalTraits::PortalTraits(std::shared_ptr<MainQueue> mainQueue)
@@ -39,11 +29,7 @@ bool PortalTraits::darkMode() const {
 
 Registration PortalTraits::observe(std::function<void()> changed) {
     watch();
-    const int id = ++state_->lastId;
-    state_->observers.emplace(id, std::move(changed));
-    return Registration([weak = std::weak_ptr(state_), id] {
-        if (const auto state = weak.lock()) state->observers.erase(id);
-    });
+    return state_->observers.add(std::move(changed));
 }
 
 void PortalTraits::watch() const {

@@ -45,26 +45,6 @@ std::optional<Color> HostTraits::systemColor(const std::string& name) const {
     return std::nullopt;
 }
 
-Registration HostTraits::observe(std::function<void()> changed) {
-    const int id = observers_->empty() ? 0 : observers_->rbegin()->first + 1;
-    observers_->emplace(id, std::move(changed));
-    return Registration([weak = std::weak_ptr(observers_), id] {
-        if (const auto observers = weak.lock()) observers->erase(id);
-    });
-}
-
-void HostTraits::setDark(bool on) {
-    isDark_ = on;
-    // Each may end any of the others, itself among them.
-    const auto observers = observers_;
-    for (auto next = observers->begin(); next != observers->end();) {
-        const int id = next->first;
-        const auto changed = next->second;
-        changed();
-        next = observers->upper_bound(id);
-    }
-}
-
 bool HostUrlOpener::canOpen(const std::string& url) {
     constexpr std::array<std::string_view, 4> schemes = {"http://", "https://", "mailto:", "tel:"};
     if (url.find_first_of(" \t\r\n") != std::string::npos) return false;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "hosts/cli/Reports.h"
+#include "supportsdk/platform/Observers.h"
 #include "supportsdk/platform/Queues.h"
 #include "supportsdk/platform/Screens.h"
 #include "supportsdk/platform/UrlOpener.h"
@@ -56,14 +57,17 @@ class HostTraits : public Traits {
  public:
     [[nodiscard]] bool darkMode() const override { return isDark_; }
     [[nodiscard]] std::optional<Color> systemColor(const std::string& name) const override;
-    [[nodiscard]] Registration observe(std::function<void()> changed) override;
-    void setDark(bool on);
+    [[nodiscard]] Registration observe(std::function<void()> changed) override {
+        return observers_.add(std::move(changed));
+    }
+    void setDark(bool on) {
+        isDark_ = on;
+        observers_.notify();
+    }
 
  private:
-    using Observers = std::map<int, std::function<void()>>;
-
     bool isDark_ = false;
-    std::shared_ptr<Observers> observers_ = std::make_shared<Observers>();
+    Observers observers_;
 };
 
 /// Opens nothing: an address of a known kind counts as opened.

@@ -34,6 +34,14 @@ std::shared_ptr<SupportButton> SupportButton::create(PlatformPtr platform) {
     return button;
 }
 
+std::shared_ptr<SupportButton> SupportButton::create(PlatformPtr platform,
+                                                     const std::string& fileName,
+                                                     const Json& customerInfo) {
+    auto button = create(std::move(platform));
+    button->loadConfigurationFile(fileName, customerInfo);
+    return button;
+}
+
 SupportButton::SupportButton(PlatformPtr platform) : platform_(std::move(platform)) {}
 
 SupportButton::~SupportButton() = default;

@@ -53,6 +53,10 @@ class SUPPORTSDK_API SupportButton : public SupportDelegate,
 
     /// Never null. Every slot of `platform` must be filled.
     static std::shared_ptr<SupportButton> create(PlatformPtr platform);
+    /// The same with a file of the host's main bundle loaded; for a host that sets its delegate
+    /// right behind, as every answer comes later.
+    static std::shared_ptr<SupportButton> create(PlatformPtr platform, const std::string& fileName,
+                                                 const Json& customerInfo);
     ~SupportButton() override;
     SupportButton(const SupportButton&) = delete;
     SupportButton& operator=(const SupportButton&) = delete;

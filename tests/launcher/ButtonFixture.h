@@ -11,7 +11,7 @@
 namespace supportsdk::test {
 
 /// Writes down what the button tells, in short words, and keeps what it hands over.
-class RecordingDelegate : public SupportButtonDelegate, public SupportButton::View {
+class RecordingHost : public SupportButtonDelegate, public SupportButton::View {
  public:
     void supportButtonDidGetSettings(SupportButton&) override { note("settings"); }
     void supportButtonDidFailToGetSettingsWithError(SupportButton&,
@@ -122,7 +122,7 @@ class ButtonTest : public testing::Test {
         R"({"apiHost":"https://api.example.test","integrationId":"i-1","apiKey":"k"})";
 
     FakePlatform fakes;
-    std::shared_ptr<RecordingDelegate> host = std::make_shared<RecordingDelegate>();
+    std::shared_ptr<RecordingHost> host = std::make_shared<RecordingHost>();
     std::shared_ptr<SupportButton> button = SupportButton::create(fakes.platform);
 
  private:

@@ -320,25 +320,6 @@ std::optional<Color> FakeTraits::systemColor(const std::string& name) const {
     return found == systemColors.end() ? std::nullopt : std::optional(found->second);
 }
 
-Registration FakeTraits::observe(std::function<void()> changed) {
-    const int id = observers->empty() ? 0 : observers->rbegin()->first + 1;
-    observers->emplace(id, std::move(changed));
-    return Registration([weak = std::weak_ptr(observers), id] {
-        if (const auto all = weak.lock()) all->erase(id);
-    });
-}
-
-void FakeTraits::setDark(bool on) {
-    dark = on;
-    const auto told = observers;
-    for (auto next = told->begin(); next != told->end();) {
-        const int id = next->first;
-        const auto changed = next->second;
-        changed();
-        next = told->upper_bound(id);
-    }
-}
-
 FakePlatform::FakePlatform() {
     platform->log = log;
     platform->clock = clock;

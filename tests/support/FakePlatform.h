@@ -4,6 +4,7 @@
 #include <deque>
 #include <string>
 
+#include "supportsdk/platform/Observers.h"
 #include "supportsdk/platform/Platform.h"
 #include "supportsdk/platform/Stanza.h"
 
@@ -297,14 +298,18 @@ class FakeTraits : public Traits {
  public:
     [[nodiscard]] bool darkMode() const override { return dark; }
     [[nodiscard]] std::optional<Color> systemColor(const std::string& name) const override;
-    [[nodiscard]] Registration observe(std::function<void()> changed) override;
+    [[nodiscard]] Registration observe(std::function<void()> changed) override {
+        return observers.add(std::move(changed));
+    }
     /// Switches, and tells who observes.
-    void setDark(bool on);
+    void setDark(bool on) {
+        dark = on;
+        observers.notify();
+    }
 
     bool dark = false;
     std::map<std::string, Color> systemColors;
-    std::shared_ptr<std::map<int, std::function<void()>>> observers =
-        std::make_shared<std::map<int, std::function<void()>>>();
+    Observers observers;
 };
 
 class FakeGlobalAppearance : public GlobalAppearance {

@@ -11,7 +11,7 @@
 namespace supportsdk::test {
 
 /// Writes down what it hears, in short words.
-struct RecordingDelegate : QuorrandChatDelegate {
+struct RecordingChatDelegate : QuorrandChatDelegate {
     void chatDidConnect(QuorrandChat&, const ChatError&) override { hear("connected"); }
     void chatDidFailToConnect(QuorrandChat&, const ChatError& error) override {
         hear("failed: " + error->description);
@@ -97,7 +97,7 @@ struct Engine : testing::Test {
     }
 
     FakePlatform fake;
-    std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
+    std::shared_ptr<RecordingChatDelegate> delegate = std::make_shared<RecordingChatDelegate>();
     std::shared_ptr<QuorrandChat> chat = QuorrandChat::create(fake.platform);
 };
 

@@ -43,7 +43,7 @@ struct Person {
     }
 
     FakePlatform fake;
-    std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
+    std::shared_ptr<RecordingChatDelegate> delegate = std::make_shared<RecordingChatDelegate>();
     std::shared_ptr<QuorrandChat> chat;
 };
 
