@@ -14,7 +14,8 @@ add_compile_options(-pthread)
 add_compile_definitions(_FILE_OFFSET_BITS=64)
 
 # A guest in an embedded host's memory: small before fast, where the difference cannot be measured.
-set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG -ffunction-sections -fdata-sections")
+# For size: the kit lies beside its host's own code. Measured, it is as fast as with -O2, at half the bytes.
+set(CMAKE_CXX_FLAGS_RELEASE "-Os -DNDEBUG -ffunction-sections -fdata-sections")
 add_link_options($<$<CONFIG:Release>:-Wl,--gc-sections>)
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
@@ -22,7 +23,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options($<$<CONFIG:Debug>:-g1>)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    # At -O2 and above GCC 12 sees copies of negative length in plain std::string concatenation (its bug 105651).
+    # Optimised, GCC 12 sees copies of negative length in plain std::string concatenation (its bug 105651).
     add_compile_options(-Wno-restrict -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
     # Optimised, it also takes a moved std::optional of a text for one without a value but in use.
     add_compile_options($<$<CONFIG:Release>:-Wno-maybe-uninitialized>)

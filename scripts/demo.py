@@ -82,6 +82,8 @@ class Person:
         self.is_live = is_live
         self.seen_lines = set()
         self.lines = []
+        # How many of the lines the person has answered.
+        self.heard = 0
         self.chat_open = False
 
     def watch(self, wanted, what, seconds=DEADLINE):
@@ -128,14 +130,23 @@ class Person:
         return bool(theirs) and any(word in theirs[-1].get("text", "").lower() for word in words)
 
     def say(self, text):
-        count = len(self.lines)
+        count = self.heard = len(self.lines)
         self.host.send(do="type", text=text)
         self.host.send(do="send")
         self.watch(lambda _: any(line.get("mine") for line in self.lines[count:]), "my own line")
 
+    def has_answer(self):
+        return any(not line.get("mine") for line in self.lines[self.heard:])
+
     def hear(self):
-        count = len(self.lines)
-        self.watch(lambda _: any(not line.get("mine") for line in self.lines[count:]), "an answer")
+        # It may have come together with the person's own line.
+        if not self.has_answer():
+            self.watch(lambda _: self.has_answer(), "an answer")
+        self.heard = len(self.lines)
+
+    def press(self, label):
+        self.heard = len(self.lines)
+        self.host.send(do="press", label=label)
 
     def open_chat(self, ready):
         self.host.send(do="load", configuration=ready["configuration"], customer=ready.get("customer"))
@@ -169,7 +180,7 @@ def converse(person):
     if any(line.get("buttons") for line in person.lines):
         button = next(line for line in person.lines if line.get("buttons"))["buttons"][0]
         print(f"  The person presses \"{button['label']}\".")
-        person.host.send(do="press", label=button["label"])
+        person.press(button["label"])
         person.hear()
     person.say("It shows a picture again. Thank you!")
     person.hear()

@@ -1,5 +1,6 @@
 #include "backends/gio/SessionBus.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -7,10 +8,24 @@ namespace supportsdk {
 
 namespace {
 
+/// The addresses of the list, which are tried in turn, but for those that would start a bus.
+std::string withoutAutolaunch(std::string_view addresses) {
+    std::string kept;
+    while (!addresses.empty()) {
+        const auto end = std::min(addresses.find(';'), addresses.size());
+        const auto address = addresses.substr(0, end);
+        addresses.remove_prefix(std::min(end + 1, addresses.size()));
+        if (address.empty() || address.starts_with("autolaunch:")) continue;
+        if (!kept.empty()) kept += ';';
+        kept += address;
+    }
+    return kept;
+}
+
 /// The address of the session bus, if it runs. Not asked of GLib, which would start a bus.
 std::string sessionBusAddress() {
     if (const char* address = g_getenv("DBUS_SESSION_BUS_ADDRESS"); address && *address)
-        return std::string_view(address).starts_with("autolaunch:") ? "" : address;
+        return withoutAutolaunch(address);
     const std::string socket = std::string(g_get_user_runtime_dir()) + "/bus";
     if (!g_file_test(socket.c_str(), G_FILE_TEST_EXISTS)) return {};
     gchar* escaped = g_dbus_address_escape_value(socket.c_str());

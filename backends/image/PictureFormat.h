@@ -9,8 +9,8 @@ namespace supportsdk {
 /// null for all others.
 const char* pictureFormat(std::string_view data);
 
-/// Whether the mark that ends a picture is there, for the formats whose loaders take one that is
-/// cut off for a whole one and leave the rest blank. True for the other formats.
+/// Whether a picture goes on to its end, for the formats whose loaders take one that is cut off for
+/// a whole one and leave the rest blank (PNG, JPEG, BMP). True for the other formats.
 bool hasPictureEnd(std::string_view format, std::string_view data);
 
 /// How often the whole picture is gone over to decode it: the scans of a JPEG, else 1.

@@ -67,6 +67,11 @@ void Choices::menuShouldDisappear(SupportMenuView& menu) {
 }
 
 void Choices::menuAppearanceDidChange(SupportMenuView& menu) {
+    // The button keeps its menu beyond the person's choice.
+    const auto isOpen = std::any_of(open_.begin(), open_.end(), [&](const Choice& choice) {
+        return choice.menu.get() == &menu;
+    });
+    if (!isOpen) return;
     auto fields = describeMenu(menu);
     fields["class"] = "SupportMenuView";
     reports_->write("changed", fields);

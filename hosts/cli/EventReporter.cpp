@@ -11,8 +11,8 @@ EventReporter::EventReporter(const std::shared_ptr<Reports>& reports) {
         if (event.userInfo) fields["userInfo"] = *event.userInfo;
         reports->write("event", fields);
     }));
-    // Changes of the network come off the main thread, and are nobody's business here.
-    for (const auto* name : {notification::chatUnreadCountUpdated, notification::roomInformation}) {
+    for (const auto* name : {notification::chatUnreadCountUpdated, notification::roomInformation,
+                             notification::networkReachabilityChanged}) {
         observations_.push_back(
             NotificationCenter::shared().addObserver(name, [reports](const Notification& posted) {
                 Json fields = {{"name", posted.name}};

@@ -1,5 +1,6 @@
 #include "hosts/cli/Reports.h"
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -19,6 +20,11 @@ void Reports::write(const std::string& is, const Json& fields) {
     for (std::string_view rest = line; !rest.empty();) {
         const auto written = ::write(descriptor_, rest.data(), rest.size());
         if (written < 0 && errno == EINTR) continue;
+        if (written < 0 && errno == EAGAIN) {
+            pollfd room{descriptor_, POLLOUT, 0};
+            ::poll(&room, 1, -1);
+            continue;
+        }
         if (written < 0) {
             isClosed_ = true;
             return;

@@ -32,11 +32,13 @@ void ChatViewController::viewDidLoad() {
     setXmppInfo(*information);
     if (!comm_id) comm_id = issue->comm_id;
     if (!comm_id) return;
-    engine().commId = comm_id;
+    if (!isBesideRoom()) engine().commId = comm_id;
     setupChat();
     if (isReadOnly) {
+        engine().openTranscripts(*comm_id);
         getTranscripts(*comm_id);
     } else {
+        engine().openConversation(*comm_id);
         chatGet(*comm_id);
     }
 }

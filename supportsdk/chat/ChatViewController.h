@@ -109,6 +109,7 @@ class SUPPORTSDK_API ChatViewController : public QDChatViewController {
  private:
     ChatViewController(std::shared_ptr<Support> support, std::shared_ptr<QDIssue> issue);
 
+    [[nodiscard]] bool isBesideRoom() const;
     void showBarButtons();
     void chatGetFailed(const std::string& commId);
     void presentWebPage(const std::string& url, const std::string& backLabel);

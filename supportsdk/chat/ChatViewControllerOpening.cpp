@@ -12,11 +12,18 @@ void ChatViewController::setChatTitle() {
 
 void ChatViewController::setXmppInfo(const Json& information) {
     comm_id = stringForKey(information, "comm_id");
+    resource = stringForKey(information, "resource");
+    if (isBesideRoom()) return;
     engine().jid = stringForKey(information, "jid");
     engine().password = stringForKey(information, "password");
     engine().host = stringForKey(information, "host");
     engine().port = integerForKey(information, "port").value_or(0);
-    resource = stringForKey(information, "resource");
+}
+
+/// A chat of the past, while the engine keeps the room of a live one: it must find back there with
+/// its own credentials.
+bool ChatViewController::isBesideRoom() const {
+    return isReadOnly && engine().hasRoom();
 }
 
 void ChatViewController::setupChat() {

@@ -18,13 +18,17 @@ std::shared_ptr<QuorrandChat> QuorrandChat::sharedInstance(const PlatformPtr& pl
 
 std::shared_ptr<QuorrandChat> QuorrandChat::create(PlatformPtr platform) {
     std::shared_ptr<QuorrandChat> chat(new QuorrandChat(std::move(platform)));
+    chat->viewModel = chat->makeViewModel();
+    return chat;
+}
+
+std::shared_ptr<QDChatViewModel> QuorrandChat::makeViewModel() {
     // Weak, because a screen may hold the list longer than anybody holds the engine.
-    chat->viewModel = std::make_shared<QDChatViewModel>(
-        [weak = chat->weak_from_this()](const std::optional<std::string>& from) {
+    return std::make_shared<QDChatViewModel>(
+        [weak = weak_from_this()](const std::optional<std::string>& from) {
             const auto self = weak.lock();
             return self && self->isParticipant(from);
         });
-    return chat;
 }
 
 QuorrandChat::QuorrandChat(PlatformPtr givenPlatform)

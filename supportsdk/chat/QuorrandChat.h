@@ -78,6 +78,14 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     /// Asks the room for its history again.
     void requestRoomHistory();
 
+    /// Gives the list to this conversation. The lines of the room come back if they are its own.
+    void openConversation(const std::string& conversation);
+    /// Gives the list, empty, to a conversation that is read and no more. The room goes on: its
+    /// lines are kept until openConversation() asks for them.
+    void openTranscripts(const std::string& conversation);
+    /// Whether the engine is in a room or on its way to one.
+    [[nodiscard]] bool hasRoom() const { return xmppRoom_ || link_; }
+
     /// Sends one line to the room. Control characters are removed and damaged UTF-8 becomes U+FFFD.
     /// Unless `sendOnly`, the delegate then gets a local echo; the list gets the line when the room
     /// reflects it. False when nothing went out: without a room, with an empty text, with one that
@@ -201,7 +209,7 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     std::optional<Json> participantsEligible;
     /// A number or an array: what the user may press.
     std::optional<Json> userPermissions;
-    /// Never null.
+    /// What the list shows. Never null.
     std::shared_ptr<QDChatViewModel> viewModel;
     std::string avatarRetrievalAPIBaseURL;
 
@@ -253,6 +261,8 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
 
     void sendStanza(std::string xml);
     std::shared_ptr<XmppRoom> makeRoom(const std::string& roomJid);
+    std::shared_ptr<QDChatViewModel> makeViewModel();
+    [[nodiscard]] QDChatViewModel& roomLines() { return aside_ ? *aside_ : *viewModel; }
     void roomDidJoin();
     void roomDidLeave();
     [[nodiscard]] bool fits(const Stanza& stanza) const;
@@ -267,6 +277,8 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     std::shared_ptr<XmppLink> link_;
     std::shared_ptr<XmppLink> closingLink_;
     std::shared_ptr<XmppRoom> xmppRoom_;
+    /// The room's lines while the list shows another conversation; null while it shows them.
+    std::shared_ptr<QDChatViewModel> aside_;
     Registration connectTimer_;
     Registration joinRoomTimer_;
 };

@@ -16,7 +16,7 @@ bool QuorrandChat::isConnected() const {
 
 bool QuorrandChat::connect() {
     const auto self = shared_from_this();
-    viewModel->setRoom(commId);
+    roomLines().setRoom(commId);
     if (isConnected()) {
         connectTimer_.reset();
         tellDelegate(&QuorrandChatDelegate::chatDidConnect, std::nullopt);

@@ -34,6 +34,22 @@ void QuorrandChat::joinRoom(const std::optional<std::string>& roomJid,
     xmppRoom_->joinRoomUsingNickname(nickname.value_or(""), historyStanza());
 }
 
+void QuorrandChat::openConversation(const std::string& conversation) {
+    if (const auto kept = std::exchange(aside_, nullptr)) viewModel = kept;
+    if (viewModel->commId == conversation) return;
+    viewModel->clearMessages();
+    viewModel->setRoom(conversation);
+}
+
+void QuorrandChat::openTranscripts(const std::string& conversation) {
+    if (!aside_ && hasRoom()) {
+        aside_ = viewModel;
+        viewModel = makeViewModel();
+    }
+    viewModel->clearMessages();
+    viewModel->setRoom(conversation);
+}
+
 std::shared_ptr<XmppRoom> QuorrandChat::makeRoom(const std::string& roomJid) {
     const auto weak = weak_from_this();
     const auto forward = [weak](auto operation) {
@@ -71,13 +87,13 @@ void QuorrandChat::roomDidJoin() {
     roomName = muc;
     unreadMessageCount = 0;
     updateUnreadMessageCount();
-    viewModel->clearMessages();
+    roomLines().clearMessages();
     tellDelegate(&QuorrandChatDelegate::chatDidJoinRoom, room, std::nullopt);
 }
 
 void QuorrandChat::leaveRoom() {
     if (!isConnected() || !isRoomJoined()) return;
-    viewModel->clearMessages();
+    roomLines().clearMessages();
     xmppRoom_->leaveRoom();
 }
 
@@ -140,7 +156,7 @@ void QuorrandChat::handleReceivedMessage(const std::shared_ptr<const Stanza>& st
     if (!line->isValidMessage) return;
     line->showNotifications = showNotifications;
     if (!line->isDelayed && !isParticipant(line->from)) refreshEligibleParticipants();
-    viewModel->addMessage(line);
+    roomLines().addMessage(line);
     if (postUnreadMessageCount) {
         ++unreadMessageCount;
         updateUnreadMessageCount();

@@ -11,7 +11,10 @@ BaseWebViewController::BaseWebViewController(const Platform& platform, std::stri
 }
 
 void BaseWebViewController::viewDidLoad() {
-    leftBarButtons = {{backLabel_, [this] { finish(); }}};
+    leftBarButtons = {{backLabel_, [weak = weak_from_this()] {
+                           if (const auto self = weak.lock())
+                               static_cast<BaseWebViewController&>(*self).finish();
+                       }}};
 }
 
 void BaseWebViewController::finish() {

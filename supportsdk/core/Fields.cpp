@@ -98,6 +98,15 @@ std::optional<Json> parseJson(std::string_view text) {
     return value;
 }
 
+bool isUtf8(std::string_view text) {
+    try {
+        (void)Json(text).dump();
+        return true;
+    } catch (const Json::exception&) {
+        return false;
+    }
+}
+
 std::string dumpJson(const Json& value) {
     return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }

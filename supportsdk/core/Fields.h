@@ -37,6 +37,8 @@ inline constexpr int maximumJsonDepth = 128;
 /// maximumJsonDepth.
 SUPPORTSDK_API std::optional<Json> parseJson(std::string_view text);
 
+SUPPORTSDK_API bool isUtf8(std::string_view text);
+
 /// Compact JSON. Bytes that are not UTF-8 become U+FFFD, so it never fails.
 SUPPORTSDK_API std::string dumpJson(const Json& value);
 

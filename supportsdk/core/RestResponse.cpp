@@ -20,6 +20,10 @@ std::optional<Json> decode(const HttpResponse& response) {
     return body && body->is_object() ? std::move(body) : std::nullopt;
 }
 
+/// Marks a failure under a status that means success, which would else look like an answer that
+/// says nothing.
+constexpr const char* unreadableKey = "unreadable";
+
 std::string describeFailure(const HttpResponse& response) {
     if (!response.error.empty()) return response.error;
     if (response.status == 0) return "The request failed.";
@@ -35,11 +39,16 @@ Json failureDictionary(const HttpResponse& response) {
     }
     dictionary["status"] = response.status;
     dictionary["message"] = describeFailure(response);
+    if (isAccepted(response.status)) dictionary[unreadableKey] = true;
     // Header values may be any bytes; what travels on as JSON is UTF-8.
     return parseJson(dumpJson(dictionary)).value_or(Json::object());
 }
 
 }  // namespace
+
+bool isUnreadable(const Json& response) {
+    return boolForKey(response, unreadableKey);
+}
 
 RestResponse readResponse(const HttpResponse& response) {
     if (response.error.empty() && isAccepted(response.status)) {

@@ -24,6 +24,10 @@ struct RestResponse {
 /// Pure; any thread.
 RestResponse readResponse(const HttpResponse& response);
 
+/// Whether this is the dictionary of a response whose status means success, and whose body could
+/// not be read. Typed calls, which judge by the status, count it as a success.
+bool isUnreadable(const Json& response);
+
 /// What a status means, in words for a person, such as "not found".
 std::string statusText(int status);
 

@@ -112,6 +112,11 @@ void Support::restoreDefaultConfiguration() {
     getSettings();
 }
 
+void Support::retire() {
+    isRetired_ = true;
+    delegate.reset();
+}
+
 bool Support::isProduction() const {
     return config->configAPIHost && *config->configAPIHost == config->deployment.productionHost;
 }

@@ -66,6 +66,10 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     /// Forgets a developer's configuration and goes back to the host's.
     void restoreDefaultConfiguration();
 
+    /// Another configuration has taken this one's place: answers that are still under way reach
+    /// their callbacks but neither the delegate, nor what is stored, nor the look of the process.
+    void retire();
+
     /// Whether the API host is exactly the production host of the deployment.
     [[nodiscard]] bool isProduction() const;
     [[nodiscard]] std::optional<std::string> getHost() const;
@@ -323,6 +327,7 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     void historyDidArrive(const Json& response);  // launcher/SupportHistory.cpp
 
     std::uint64_t latestHistoryRequest_ = 0;
+    bool isRetired_ = false;
 };
 
 }  // namespace supportsdk

@@ -59,6 +59,7 @@ void Support::getCustomer(const Json& information, RestCallback success, RestCal
 }
 
 void Support::customerDidResolve(const Json& response) {
+    if (isRetired_) return;
     for (const auto& field : fields) {
         identity.*field.member = IdentityValue(valueForKey(response, field.responseKey));
     }

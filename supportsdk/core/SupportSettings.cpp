@@ -14,7 +14,7 @@ void Support::getSettings() {
 }
 
 void Support::settingsDidArrive(const Json& response) {
-    if (!response.is_object()) return;
+    if (!response.is_object() || isRetired_) return;
     const auto listener = delegate.lock();
     if (numberForKey(response, "status") != 200.0) {
         if (config->isTryingNewConfiguration) {

@@ -25,6 +25,9 @@ std::string_view trimmedNumber(std::string_view text) {
 
 double numberOfText(std::string_view text) {
     const auto digits = trimmedNumber(text);
+    // Words are no numbers, also those that from_chars() knows: "infinity", "nan".
+    const auto first = digits.find_first_not_of('-');
+    if (digits.find_first_of("0123456789.") != first) return 0.0;
     double number = 0.0;
     std::from_chars(digits.data(), digits.data() + digits.size(), number);
     return number;

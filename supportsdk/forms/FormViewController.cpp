@@ -5,6 +5,7 @@
 #include "supportsdk/core/EventManager.h"
 #include "supportsdk/core/EventNames.h"
 #include "supportsdk/core/Fields.h"
+#include "supportsdk/core/RestResponse.h"
 #include "supportsdk/theme/Appearance.h"
 
 namespace supportsdk {
@@ -73,7 +74,7 @@ void FormViewController::save() {
     // must not keep its values.
     const auto self = std::static_pointer_cast<FormViewController>(shared_from_this());
     support->putForm(
-        viewModel->formModel, [self](const Json&) { self->didSubmit(); },
+        viewModel->formModel, [self](const Json& response) { self->didSubmit(response); },
         [self](const Json& response) { self->didFail(response); });
 }
 
@@ -83,7 +84,9 @@ void FormViewController::showMissingFields() const {
     support->platform->progress->showError(text);
 }
 
-void FormViewController::didSubmit() {
+void FormViewController::didSubmit(const Json& response) {
+    // Nobody knows whether the service has the form: what was entered must not be lost.
+    if (isUnreadable(response)) return didFail(response);
     isSubmitting_ = false;
     support->platform->progress->showInfo(localized("Submission successful"));
     EventManager::notify(event::formSubmitted);

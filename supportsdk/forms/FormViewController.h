@@ -50,7 +50,7 @@ class SUPPORTSDK_API FormViewController : public ScreenController,
     void setFormAppearance();
     void reportFieldWithoutControl();
     void showMissingFields() const;
-    void didSubmit();
+    void didSubmit(const Json& response);
     void didFail(const Json& response);
     void leave();
     std::weak_ptr<FormViewController> weakSelf();

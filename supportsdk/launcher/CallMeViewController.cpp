@@ -51,6 +51,12 @@ bool takeExchange(NumberReader& number) {
     return true;
 }
 
+/// What a former configuration or a button that is gone has asked for is no business of anybody.
+bool isPresent(const std::shared_ptr<SupportButton>& button,
+               const std::shared_ptr<Support>& support) {
+    return button && support && button->support == support;
+}
+
 void showConfirmation(const Support& support) {
     // Long enough to be read.
     constexpr std::chrono::milliseconds duration{3000};
@@ -119,17 +125,17 @@ void CallMeViewController::createIssue() {
         [weak = std::weak_ptr(support), button = supportButton, progress](const Json& response) {
             progress->dismiss();
             const auto target = weak.lock();
+            const auto owner = button.lock();
             const auto issue = firstIssue(response);
-            if (!target || !issue) return;
-            // An issue of a former configuration is no issue of the present customer.
-            if (const auto owner = button.lock(); owner && owner->support != target) return;
+            if (!issue || !isPresent(owner, target)) return;
             target->saveCurrentIssue(issue);
             showConfirmation(*target);
         },
-        [button = supportButton, progress,
+        [weak = std::weak_ptr(support), button = supportButton, progress,
          localizer = support->platform->localizer](const Json& response) {
             progress->dismiss();
-            if (const auto target = button.lock()) tellFailure(*target, *localizer, response);
+            const auto owner = button.lock();
+            if (isPresent(owner, weak.lock())) tellFailure(*owner, *localizer, response);
         });
 }
 

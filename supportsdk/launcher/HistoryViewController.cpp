@@ -104,9 +104,6 @@ void HistoryViewController::displayChatWithIssue(const std::shared_ptr<QDIssue>&
     chat->isVideoUnavailable = SupportButton::isVideoUnavailable();
     chat->isReadOnly = !issue->isOpen();
     chat->chatRoomTitle = chat->isReadOnly ? localized("Site History") : "";
-    // The engine has one list of lines for all chats. A live one gets its own back when it is
-    // opened.
-    if (chat->isReadOnly) chat->engine().viewModel->clearMessages();
     support->platform->presenter->push(chat, *this);
 }
 

@@ -13,15 +13,6 @@ namespace supportsdk {
 
 namespace {
 
-bool isUtf8(const std::string& text) {
-    try {
-        (void)Json(text).dump();
-        return true;
-    } catch (const Json::exception&) {
-        return false;
-    }
-}
-
 std::optional<Json> unlessNull(const Json& value) {
     return value.is_null() ? std::nullopt : std::optional(value);
 }
@@ -64,9 +55,7 @@ bool SupportButton::loadConfigurationJSON(const std::string& json, const Json& i
 
 bool SupportButton::loadConfigurationJSON(const std::string& json,
                                           const std::string& customerInfoJSON) {
-    if (auto information = parseJson(customerInfoJSON)) {
-        customerInfo = unlessNull(*information);
-    }
+    takeCustomer(customerInfoJSON);
     initializeSDKWithJSON(jsonFromData(json));
     return isUtf8(json);
 }
@@ -80,7 +69,7 @@ void SupportButton::initializeSDKWithJSON(const std::optional<Json>& json) {
 void SupportButton::replaceSupport(const Json& json) {
     // An open screen may keep the former one alive; what that still learns is no news of this
     // button.
-    if (support) support->delegate.reset();
+    if (support) support->retire();
     support = Support::create(json, weak_from_this(), platform_);
 }
 
@@ -120,7 +109,8 @@ void SupportButton::setup() {
 
 void SupportButton::setIcon(ImagePtr icon) {
     icon_ = std::move(icon);
-    if (const auto shown = view.lock()) shown->iconDidChange(icon_);
+    // A copy: the view may release the button.
+    if (const auto shown = view.lock()) shown->iconDidChange(ImagePtr(icon_));
 }
 
 void SupportButton::handleNotifications(const Notification& notification) {
@@ -141,7 +131,8 @@ void SupportButton::showBadge(bool visible, const std::string& text) {
     if (visible == isBadgeVisible_ && text == badgeText_) return;
     isBadgeVisible_ = visible;
     badgeText_ = text;
-    if (const auto shown = view.lock()) shown->badgeDidChange(visible, text);
+    // A copy: the view may release the button, whose own text this may be.
+    if (const auto shown = view.lock()) shown->badgeDidChange(visible, std::string(text));
 }
 
 void SupportButton::hideBadge() {

@@ -87,8 +87,8 @@ class SUPPORTSDK_API SupportButton : public SupportDelegate,
 
     // --- Customer (SupportButtonCustomer.cpp) ---
 
-    /// Resolves the customer that the text describes; one that does not parse resolves the former
-    /// one again.
+    /// Resolves the customer that the text describes; one that is no JSON object or array resolves
+    /// the former one again. Nothing happens with a text that is not UTF-8.
     void getCustomerWithJSON(const std::string& json);
     /// Resolves the customer; nothing happens unless `information` is an object.
     void getCustomerWithInformation(const Json& information);
@@ -239,6 +239,7 @@ class SUPPORTSDK_API SupportButton : public SupportDelegate,
 
     void setup();
     void replaceSupport(const Json& json);
+    void takeCustomer(const std::string& json);
     void setIcon(ImagePtr icon);
     void showBadge(bool visible, const std::string& text);
     void hideBadge();

@@ -64,12 +64,12 @@ void SupportButton::sendRequest(const std::string& request) {
 
 void SupportButton::openAddress(const std::string& address, const char* description,
                                 const char* reason) {
-    platform_->urlOpener->open(address,
-                               [weak = weak_from_this(), description, reason](bool worked) {
-                                   if (worked) return;
-                                   if (const auto self = weak.lock())
-                                       self->failWithDescription(description, reason);
-                               });
+    platform_->urlOpener->open(address, [weak = weak_from_this(), asked = std::weak_ptr(support),
+                                         description, reason](bool worked) {
+        const auto self = weak.lock();
+        if (worked || !self || self->support != asked.lock()) return;
+        self->failWithDescription(description, reason);
+    });
 }
 
 void SupportButton::displayScreen(std::shared_ptr<ScreenController> screen) {

@@ -4,8 +4,15 @@
 
 namespace supportsdk {
 
+void SupportButton::takeCustomer(const std::string& json) {
+    // A bare text, number or null is no description of anybody.
+    auto information = parseJson(json);
+    if (information && information->is_structured()) customerInfo = *std::move(information);
+}
+
 void SupportButton::getCustomerWithJSON(const std::string& json) {
-    if (auto information = parseJson(json)) customerInfo = *std::move(information);
+    if (!isUtf8(json)) return;
+    takeCustomer(json);
     if (customerInfo) getCustomerWithInformation(*customerInfo);
 }
 

@@ -44,6 +44,9 @@ void Appearance::configureNavigationBar() {
 void Appearance::handleTraits() {
     configureDefaultColors();
     configureNavigationBar();
+    // Some systems say only later which look they want.
+    platform_->progress->setDarkStyle(darkMode());
+    platform_->globalAppearance->setControlTintColor(navigationBarIconColor());
 }
 
 bool Appearance::darkMode() const {

@@ -154,8 +154,7 @@ std::optional<std::string> Appearance::getJSONFromFile(const std::string& name) 
     const auto data = platform_->kitBundle->data(name, "json");
     if (!data) return std::nullopt;
     auto text = toText(*data);
-    const bool isUtf8 = parseJson(dumpJson(text)) == Json(text);
-    return isUtf8 ? std::optional(std::move(text)) : std::nullopt;
+    return isUtf8(text) ? std::optional(std::move(text)) : std::nullopt;
 }
 
 }  // namespace supportsdk

@@ -169,17 +169,5 @@ TEST_F(HistoryTest, AnIssueOpensItsChatWhenItHasOne) {
     EXPECT_THAT(fakes.progress->shown, ElementsAre(words, words));
 }
 
-TEST_F(HistoryTest, AChatOfThePastShowsNoLinesOfAnother) {
-    const auto& model = *support->chat->viewModel;
-    support->chat->viewModel->addMessage(
-        QuorrandChatMessage::createWithTranscript(*support->chat, {{"message", "live"}}));
-    auto record = issue("A", 9, "2026-01-02 10:00:00");
-    record["comm_id"] = "c1";
-    record["transcripts"] = lines;
-    ASSERT_TRUE(model.lastMessage());
-    ASSERT_TRUE(choose(record));
-    EXPECT_FALSE(model.lastMessage());
-}
-
 }  // namespace
 }  // namespace supportsdk::test

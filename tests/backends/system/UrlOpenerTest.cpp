@@ -95,7 +95,7 @@ TEST_F(UrlOpenerTest, ThePortalsAnswerDecides) {
 TEST_F(UrlOpenerTest, WithoutBusOrPortalOpeningFails) {
     makeOpener();
     EXPECT_EQ(open("https://example.test/"), false) << "no bus";
-    setenv(busVariable, "autolaunch:", 1);
+    setenv(busVariable, "unix:path=/nowhere;autolaunch:", 1);
     EXPECT_EQ(open("https://example.test/"), false) << "a bus would have to be started";
     setenv(busVariable, "nonsense", 1);
     EXPECT_EQ(open("https://example.test/"), false) << "no address";

@@ -72,13 +72,34 @@ TEST_F(ChatSession, ReadOnlyChatIsTranscriptsAndNothingElse) {
     screen->addMentionToInput("agent:1");
     EXPECT_EQ(fakes.http->sent.size(), 1);
 
-    support->chat->viewModel->clearMessages();
     for (const auto& record : {Json(), Json(5), Json::array({1}), Json{{"a", nullptr}}}) {
         auto issue = openIssue();
         issue["transcripts"]["c1"] = record;
         open(issue, true);
     }
     EXPECT_THAT(lines(), ElementsAre("they: (none)"));
+}
+
+TEST_F(ChatSession, ALiveChatKeepsItsLinesAndItsRoomWhileOneOfThePastIsRead) {
+    openAndJoin();
+    receive("first");
+    disappear();
+    auto past = withTranscripts();
+    past["comm_id"] = "c0";
+    past["xmpp_data"] = credentialBlock({{"jid", "other@chat.test/kit"}, {"password", "x"}});
+    past["transcripts"] = {{"c0", past["transcripts"]["c1"]}};
+    open(past, true);
+    receive("second");
+    EXPECT_THAT(lines(), ElementsAre("me: help", "they: sure"));
+    EXPECT_EQ(support->chat->jid, "u7@chat.test/kit");
+    disappear();
+
+    stream().end(XmppLoss::lost);
+    join();
+    EXPECT_THAT(lines(), ElementsAre("me: help", "they: sure")) << "the room's own are cleared";
+    receive("third");
+    open();
+    EXPECT_THAT(lines(), ElementsAre("they: third"));
 }
 
 TEST_F(ChatSession, TimeOutOffersAnotherAttempt) {
