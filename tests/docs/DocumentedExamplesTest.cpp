@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <functional>
 #include <sstream>
 
 #include "supportsdk/core/Configuration.h"
@@ -9,6 +10,7 @@
 #include "supportsdk/core/Deployment.h"
 #include "supportsdk/core/Fields.h"
 #include "supportsdk/core/Settings.h"
+#include "supportsdk/theme/Appearance.h"
 #include "tests/support/FakePlatform.h"
 
 // The examples of docs/configuration.md, loaded as a host would: a reader who copies one must get
@@ -113,6 +115,37 @@ TEST(DocumentedExamples, BothLayoutsSwitchOnTheSameKit) {
     EXPECT_FALSE(components.features.journeysEnabled);
     expectKeysExplained(found[0]);
     expectKeysExplained(component);
+}
+
+TEST(DocumentedExamples, TheThemeIsReadWholeAndEachOfItsKeysExplained) {
+    const auto found = examples("theme");
+    ASSERT_EQ(found.size(), 1u);
+    FakePlatform fakes;
+    for (const auto* name : {"menu-exit", "kb-folder", "paperclip", "send"})
+        fakes.kitBundle->files[std::string(name) + ".png"] = "a picture";
+    Appearance theme(fakes.platform);
+    theme.configureWithSettings(found[0]);
+
+    EXPECT_EQ(theme.exitMenuText(), "Close");
+    EXPECT_TRUE(theme.exitMenuIcon() && theme.kbFolderIcon() && theme.chatSendButtonImage());
+    EXPECT_EQ(theme.menuStyle, "iconlist");
+    EXPECT_EQ(theme.menuPadding() + theme.menuSpacing() + theme.menuTextSize(), 36.0);
+    EXPECT_TRUE(theme.menuBorderColor() && theme.formEntryBorderColor() &&
+                theme.formLabelRequiredIndicatorColor() && theme.navigationBarBackgroundColor());
+    EXPECT_EQ(theme.formSaveButtonText(), "Send");
+    EXPECT_EQ(theme.lineColor(), colorFromRGB(0xD9E2EC));
+
+    const auto text = page();
+    const std::function<void(const Json&)> expectExplained = [&](const Json& section) {
+        for (const auto& [key, value] : section.items()) {
+            if (value.is_object()) expectExplained(value);
+            if (key.ends_with("Dark")) continue;  // explained for all keys at once
+            const bool isExplained = text.find("`" + key) != std::string::npos ||
+                                     text.find("." + key + "`") != std::string::npos;
+            EXPECT_TRUE(isExplained) << "nothing explains " << key;
+        }
+    };
+    expectExplained(found[0]);
 }
 
 }  // namespace

@@ -32,7 +32,8 @@ TEST_F(AppearanceTest, AppliesTheDefaultThemeOnceAndFollowsTheLook) {
     fakes.kitBundle->files["default_appearance.json"] =
         R"({"menu": {"chat": {"text": "Chat!"}},
             "navigationBarAppearance": {"textColor": "#000001", "textColorDark": "#000002",
-                                        "backgroundColor": "#000003", "iconColor": "#000004"}})";
+                                        "backgroundColor": "#000003", "iconColor": "#000004",
+                                        "iconColorDark": "#000005"}})";
     theme.configure();
     EXPECT_EQ(theme.chatMenuText(), "Chat!");
     EXPECT_TRUE(fakes.progress->darkStyle);
@@ -41,12 +42,14 @@ TEST_F(AppearanceTest, AppliesTheDefaultThemeOnceAndFollowsTheLook) {
     EXPECT_FALSE(fakes.globalAppearance->translucent);
     EXPECT_EQ(fakes.globalAppearance->barTint, colorFromRGB(2));
     EXPECT_EQ(fakes.globalAppearance->barBackground, colorFromRGB(3));
-    EXPECT_EQ(fakes.globalAppearance->controlTint, colorFromRGB(4));
+    EXPECT_EQ(fakes.globalAppearance->controlTint, colorFromRGB(5));
 
     fakes.traits->systemColors = {{"labelColor", colorFromRGB(0x222222)}};
     fakes.traits->setDark(false);
     EXPECT_EQ(theme.labelColor, colorFromRGB(0x222222));
     EXPECT_EQ(fakes.globalAppearance->barTint, colorFromRGB(1));
+    EXPECT_EQ(fakes.globalAppearance->controlTint, colorFromRGB(4));
+    EXPECT_FALSE(fakes.progress->darkStyle);
 
     theme.configureWithSettings({{"menu", {{"chat", {{"text", "Talk"}}}}}});
     theme.configure();

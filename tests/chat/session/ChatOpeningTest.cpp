@@ -95,6 +95,7 @@ TEST_F(ChatSession, ALiveChatKeepsItsLinesAndItsRoomWhileOneOfThePastIsRead) {
     disappear();
 
     stream().end(XmppLoss::lost);
+    fakes.queue->drain();
     join();
     EXPECT_THAT(lines(), ElementsAre("me: help", "they: sure")) << "the room's own are cleared";
     receive("third");
