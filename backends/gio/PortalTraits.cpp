@@ -17,8 +17,8 @@ struct PortalTraits::State {
     Observers observers;
 };
 
-PortalTraits::PortalTraits(std::shared_ptr<MainQueue> mainQueue)
-    : mainQueue_(std::move(mainQueue)), state_(std::make_shared<State>()) {}
+PortalTraits::PortalTraits(const std::shared_ptr<MainQueue>& mainQueue)
+    : mainQueue_(mainQueue), state_(std::make_shared<State>()) {}
 
 PortalTraits::~PortalTraits() = default;
 

@@ -15,7 +15,7 @@ class ColorSchemeWatcher;
 /// first question. The system's own colours are the toolkit's business: there are none here.
 class PortalTraits final : public Traits {
  public:
-    explicit PortalTraits(std::shared_ptr<MainQueue> mainQueue);
+    explicit PortalTraits(const std::shared_ptr<MainQueue>& mainQueue);
     ~PortalTraits() override;
     PortalTraits(const PortalTraits&) = delete;
     PortalTraits& operator=(const PortalTraits&) = delete;

@@ -10,6 +10,7 @@ namespace {
 
 std::vector<std::string> labelsOf(const std::vector<AlertAction>& actions) {
     std::vector<std::string> labels;
+    labels.reserve(actions.size());
     for (const auto& action : actions) labels.push_back(action.label);
     return labels;
 }

@@ -133,19 +133,19 @@ bool ParentValue::orders(std::int64_t operation, const Json& expected) const {
     const auto order = orderOf(*parent_.value(), expected);
     switch (operation) {
         case 1:
-            return order > 0;
+            return std::is_gt(order);
         case 2:
-            return order >= 0;
+            return std::is_gteq(order);
         case 3:
-            return order < 0;
+            return std::is_lt(order);
         default:
-            return order <= 0;
+            return std::is_lteq(order);
     }
 }
 
 bool ParentValue::equals(const Json& expected) {
     const auto& actual = *parent_.value();
-    if (isNumeric(expected)) return orderOf(actual, expected) == 0;
+    if (isNumeric(expected)) return std::is_eq(orderOf(actual, expected));
     if (expected.is_string()) {
         if (actual.is_string()) return actual == expected;
         return actual.is_array() && elements() == partsOf(textOf(expected));
