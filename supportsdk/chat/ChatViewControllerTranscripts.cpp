@@ -1,22 +1,9 @@
-#include <algorithm>
-
 #include "supportsdk/chat/ChatViewController.h"
 #include "supportsdk/chat/QuorrandChatMessage.h"
 #include "supportsdk/core/Fields.h"
+#include "supportsdk/core/LowerCased.h"
 
 namespace supportsdk {
-
-namespace {
-
-std::string lowerCased(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](char character) {
-        return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                    : character;
-    });
-    return text;
-}
-
-}  // namespace
 
 void ChatViewController::getTranscripts(const std::string& commId) {
     const auto user = lowerCased("members_users:" + support->identity.membersUsersId.text());

@@ -92,11 +92,4 @@ std::int32_t integerOfText(std::string_view text) {
     return digits.starts_with('-') ? Limits::min() : Limits::max();
 }
 
-std::string lowerCased(std::string text) {
-    for (auto& letter : text) {
-        if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-    }
-    return text;
-}
-
 }  // namespace supportsdk

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "supportsdk/core/LowerCased.h"
 #include "supportsdk/platform/Values.h"
 
 namespace supportsdk {
@@ -28,7 +29,5 @@ std::string decimalText(const Json& value);
 
 /// The whole number at the start of a text, bounded to the type; 0 when there is none.
 std::int32_t integerOfText(std::string_view text);
-/// ASCII letters in lower case; everything else as it is.
-std::string lowerCased(std::string text);
 
 }  // namespace supportsdk

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "supportsdk/chat/ChatViewController.h"
-#include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/core/DefaultsKeys.h"
 #include "supportsdk/core/EventManager.h"
 #include "supportsdk/core/EventNames.h"

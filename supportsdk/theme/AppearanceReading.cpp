@@ -1,21 +1,13 @@
-#include <algorithm>
 #include <charconv>
 
 #include "supportsdk/core/Fields.h"
+#include "supportsdk/core/LowerCased.h"
 #include "supportsdk/theme/Appearance.h"
 #include "supportsdk/theme/ThemeImages.h"
 
 namespace supportsdk {
 
 namespace {
-
-std::string lowerCased(std::string text) {
-    // ASCII only: the names of keys and styles, whatever the locale.
-    std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    });
-    return text;
-}
 
 bool contains(const std::string& text, std::string_view part) {
     return text.find(part) != std::string::npos;
