@@ -117,6 +117,7 @@ std::shared_ptr<Platform> linuxPlatform(const LinuxPlatformOptions& options) {
     platform->globalAppearance = std::make_shared<NoneGlobalAppearance>();
     platform->urlOpener = std::make_shared<PortalUrlOpener>(
         PortalUrlOpenerOptions{options.mainQueue, platform->backgroundQueue});
+    platform->photoChooser = std::make_shared<NonePhotoChooser>(options.mainQueue);
     return platform;
 }
 

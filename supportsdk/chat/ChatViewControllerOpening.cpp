@@ -68,7 +68,7 @@ void ChatViewController::createChatRecord(const Json& response) {
     chatRecord = std::make_shared<QDConnectChat>(response);
     chatRecord->comm_id = comm_id;
     muc = chatRecord->external_id;
-    engine().participantsEligible = chatRecord->participants_eligible;
+    engine().setParticipantsEligible(chatRecord->participants_eligible);
 }
 
 void ChatViewController::chatEnter(const std::string& commId) {
@@ -89,17 +89,17 @@ void ChatViewController::chatExit(const std::string& commId) {
 
 void ChatViewController::chatRefreshEligibleParticipants(QuorrandChat& /*chat*/) {
     if (!chatRecord || !chatRecord->comm_id) return;
-    support->chatGet(*chatRecord->comm_id,
-                     [weak = weak(this)](const Json& response) {
-                         const auto self = weak.lock();
-                         if (!self) return;
-                         self->engine().participantsEligible =
-                             QDConnectChat(response).participants_eligible;
-                         // Lines of people who were unknown until now come into view.
-                         self->engine().viewModel->groupMessages();
-                         self->refresh();
-                     },
-                     {});
+    support->chatGet(
+        *chatRecord->comm_id,
+        [weak = weak(this)](const Json& response) {
+            const auto self = weak.lock();
+            if (!self) return;
+            self->engine().setParticipantsEligible(QDConnectChat(response).participants_eligible);
+            // Lines of people who were unknown until now come into view.
+            self->engine().viewModel->groupMessages();
+            self->refresh();
+        },
+        {});
 }
 
 }  // namespace supportsdk

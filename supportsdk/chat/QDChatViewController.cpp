@@ -100,7 +100,7 @@ void QDChatViewController::send() {
     const auto text = entryView->text();
     const bool isText = !text.empty() && text != entryView->placeholder;
     // What could not go out stays in the bar, so that nobody has to type it again.
-    if (isText && !engine_->sendGroupchatMessage(text, false)) return;
+    if (isText && engine_->sendGroupchatMessage(text, false) != ChatSend::sent) return;
     entryView->reset();
 }
 

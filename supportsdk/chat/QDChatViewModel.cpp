@@ -20,8 +20,8 @@ bool isEarlier(const QDChatViewModel::Message& left, const QDChatViewModel::Mess
 
 }  // namespace
 
-QDChatViewModel::QDChatViewModel(IsParticipant isParticipant)
-    : isParticipant_(std::move(isParticipant)) {}
+QDChatViewModel::QDChatViewModel(std::weak_ptr<const ChatParticipants> participants)
+    : participants_(std::move(participants)) {}
 
 void QDChatViewModel::addMessage(const Message& message) {
     if (isDuplicateMessage(*message)) return;
@@ -35,7 +35,9 @@ void QDChatViewModel::addMessage(const Message& message) {
     if (message->id) ids_.insert(*message->id);
 
     const bool isNewest = groups_.empty() || !isEarlier(message, groups_.back().back());
-    if (!sendersAreUnchanged() || !isNewest) {
+    const auto participants = participants_.lock();
+    const bool isUnchanged = participants && participants->participantsRevision() == revision_;
+    if (!isUnchanged || !isNewest) {
         groupMessages();
     } else if (isShown(*message)) {
         appendToGroups(message);
@@ -58,7 +60,8 @@ QDChatViewModel::Message QDChatViewModel::lastMessage() const {
 
 void QDChatViewModel::groupMessages() {
     groups_.clear();
-    senders_.clear();
+    if (const auto participants = participants_.lock())
+        revision_ = participants->participantsRevision();
     std::vector<Message> shown;
     std::copy_if(messages_.begin(), messages_.end(), std::back_inserter(shown),
                  [this](const Message& message) { return isShown(*message); });
@@ -67,15 +70,8 @@ void QDChatViewModel::groupMessages() {
 }
 
 bool QDChatViewModel::isShown(const QuorrandChatMessage& message) {
-    const auto [known, isNew] = senders_.try_emplace(message.from.value_or(""), false);
-    if (isNew) known->second = isParticipant_(known->first);
-    return known->second;
-}
-
-bool QDChatViewModel::sendersAreUnchanged() const {
-    return std::all_of(senders_.begin(), senders_.end(), [this](const auto& sender) {
-        return isParticipant_(sender.first) == sender.second;
-    });
+    const auto participants = participants_.lock();
+    return participants && participants->isParticipant(message.from);
 }
 
 void QDChatViewModel::appendToGroups(const Message& message) {

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <functional>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -13,16 +12,27 @@
 
 namespace supportsdk {
 
+/// Who takes part in the conversation, as the list needs to know it.
+class ChatParticipants {
+ public:
+    virtual ~ChatParticipants() = default;
+
+    /// Whether lines of this sender may be shown.
+    [[nodiscard]] virtual bool isParticipant(const std::optional<std::string>& from) const = 0;
+
+    /// Another number whenever an answer of isParticipant() may have changed.
+    [[nodiscard]] virtual std::uint64_t participantsRevision() const = 0;
+};
+
 /// The lines of the current chat, and the groups that a list shows them in. The engine owns one,
 /// which outlives screens. Main thread.
 class SUPPORTSDK_API QDChatViewModel {
  public:
     using Message = std::shared_ptr<QuorrandChatMessage>;
     using Group = std::vector<Message>;
-    /// Whether lines of this sender may be shown.
-    using IsParticipant = std::function<bool(const std::optional<std::string>& from)>;
 
-    explicit QDChatViewModel(IsParticipant isParticipant);
+    /// Nobody takes part once `participants` is gone.
+    explicit QDChatViewModel(std::weak_ptr<const ChatParticipants> participants);
 
     void setRoom(const std::optional<std::string>& room) { commId = room; }
 
@@ -51,15 +61,14 @@ class SUPPORTSDK_API QDChatViewModel {
 
  private:
     [[nodiscard]] bool isShown(const QuorrandChatMessage& message);
-    [[nodiscard]] bool sendersAreUnchanged() const;
     void appendToGroups(const Message& message);
 
-    IsParticipant isParticipant_;
+    const std::weak_ptr<const ChatParticipants> participants_;
+    /// Of the time when the groups were built.
+    std::uint64_t revision_ = 0;
     std::vector<Message> messages_;
     std::vector<Group> groups_;
     std::unordered_set<std::string> ids_;
-    /// What was said of each sender when the groups were built.
-    std::unordered_map<std::string, bool> senders_;
 };
 
 }  // namespace supportsdk

@@ -1,8 +1,8 @@
 #include "supportsdk/chat/QuorrandChat.h"
 
-#include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/chat/xmpp/XmppLink.h"
 #include "supportsdk/chat/xmpp/XmppRoom.h"
+#include "supportsdk/core/ImageLoader.h"
 
 namespace supportsdk {
 
@@ -24,15 +24,13 @@ std::shared_ptr<QuorrandChat> QuorrandChat::create(PlatformPtr platform) {
 
 std::shared_ptr<QDChatViewModel> QuorrandChat::makeViewModel() {
     // Weak, because a screen may hold the list longer than anybody holds the engine.
-    return std::make_shared<QDChatViewModel>(
-        [weak = weak_from_this()](const std::optional<std::string>& from) {
-            const auto self = weak.lock();
-            return self && self->isParticipant(from);
-        });
+    return std::make_shared<QDChatViewModel>(weak_from_this());
 }
 
 QuorrandChat::QuorrandChat(PlatformPtr givenPlatform)
-    : platform(std::move(givenPlatform)), defaults(platform->userDefaults->standard()) {
+    : platform(std::move(givenPlatform)),
+      defaults(platform->userDefaults->standard()),
+      imageLoader_(std::make_unique<ImageLoader>(platform)) {
     loadEmoticons();
     setDefaults();
 }

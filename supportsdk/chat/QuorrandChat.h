@@ -11,6 +11,8 @@
 #include <vector>
 
 #include "supportsdk/chat/ChatAppearance.h"
+#include "supportsdk/chat/ChatLineParts.h"
+#include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/chat/QuorrandChatDelegate.h"
 #include "supportsdk/platform/Export.h"
 #include "supportsdk/platform/Platform.h"
@@ -19,8 +21,8 @@
 namespace supportsdk {
 
 class QDChatActionButton;
+class ImageLoader;
 class QDChatCollectionView;
-class QDChatViewModel;
 class Stanza;
 class XmppLink;
 
@@ -28,6 +30,18 @@ class XmppLink;
 /// information.
 inline constexpr std::string_view unreadCountUpdatedNotification =
     "com.goquorrand.chat.unreadcountupdated";
+
+/// What became of a line that was to be sent.
+enum class ChatSend {
+    /// On its way. It may still get lost; chatDidNotSend() tells.
+    sent,
+    /// Nothing was left of it once control characters were taken out.
+    empty,
+    /// It would make a stanza of more than maximumStanzaBytes.
+    tooLong,
+    /// No room, or no live stream.
+    offline
+};
 
 /// The chat engine: owns the XMPP stream, the room (XEP-0045), the keep-alive (XEP-0199), the
 /// connect and join timers, the unread count, the emoticon tables and the chat's look. A screen
@@ -37,7 +51,8 @@ inline constexpr std::string_view unreadCountUpdatedNotification =
 /// Main thread only; no callback runs inside a call, except where an operation reports a state that
 /// it finds.
 class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<QuorrandChat>,
-                                    public ChatImageReceiver {
+                                    public ChatImageReceiver,
+                                    public ChatParticipants {
  public:
     /// The process's engine: the living one, or a new one on `platform` when there is none. It
     /// lives as long as somebody holds it, as every Support does, so that the stream's thread ends
@@ -88,9 +103,8 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
 
     /// Sends one line to the room. Control characters are removed and damaged UTF-8 becomes U+FFFD.
     /// Unless `sendOnly`, the delegate then gets a local echo; the list gets the line when the room
-    /// reflects it. False when nothing went out: without a room, with an empty text, with one that
-    /// makes a stanza of more than maximumStanzaBytes (which is logged), or without a live stream.
-    bool sendGroupchatMessage(const std::string& text, bool sendOnly);
+    /// reflects it.
+    ChatSend sendGroupchatMessage(const std::string& text, bool sendOnly);
     /// A line for one user instead of the room (RFC 6121, 5.2.2).
     void sendMessage(const std::string& text, const std::string& user);
     /// Asks for the roster (RFC 6121, 2.1.3); its items go to the log.
@@ -101,6 +115,11 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
 
     // --- Participants (QuorrandChatParticipants.cpp) ---
 
+    /// Participant key to an object with the participant's details; nothing until they are known.
+    [[nodiscard]] const std::optional<Json>& participantsEligible() const {
+        return participantsEligible_;
+    }
+    void setParticipantsEligible(std::optional<Json> participants);
     void refreshEligibleParticipants();
     /// The aliases of the eligible participants and "@all", in the order of the user's language,
     /// ignoring case.
@@ -112,7 +131,8 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
         const std::string& type, const std::optional<std::string>& resource) const;
     /// Whether `resource`, up to its first ";", is an eligible participant; the key "chimebot"
     /// always is, and everybody with `ignoreParticipantStatus`.
-    [[nodiscard]] bool isParticipant(const std::optional<std::string>& resource) const;
+    [[nodiscard]] bool isParticipant(const std::optional<std::string>& resource) const override;
+    [[nodiscard]] std::uint64_t participantsRevision() const override;
 
     // --- Received traffic (QuorrandChatRoom.cpp) ---
 
@@ -124,6 +144,8 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     /// Null is not sent.
     void sendMessageToDelegate(const std::shared_ptr<QuorrandChatMessage>& message);
     void buttonDidPerformAction(QDChatActionButton& button, const std::string& action);
+    /// A person tapped a part of a line: tells the delegate. False when the line has no such part.
+    bool lineWasTapped(ChatLinePart part, const std::shared_ptr<QuorrandChatMessage>& message);
     /// Does nothing: the chat screen has its own.
     void addTypingMessage() {}
 
@@ -141,8 +163,11 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
                                                              const std::string& type) const;
     /// A picture of the kit by its file name; null when it is missing or damaged.
     [[nodiscard]] ImagePtr imageForResource(const std::string& fileName) const;
-    /// Of an animated picture the first frame.
-    [[nodiscard]] ImagePtr imageForEmoticon(const std::string& fileName) const;
+    /// The frames of an emoticon's picture; null when it is missing or damaged. Decoded once.
+    [[nodiscard]] std::shared_ptr<const AnimatedImage> imageForEmoticon(
+        const std::string& fileName) const;
+    /// Loads the pictures of the chat's lines.
+    [[nodiscard]] ImageLoader& imageLoader() { return *imageLoader_; }
     /// Fills the emoticon tables from the resource "Emoticons"; leaves them empty without it.
     void loadEmoticons();
     /// `text` as an HTML document with pictures in the place of its emoticons; nothing when it has
@@ -205,8 +230,6 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     /// The sender key that marks a line as this user's.
     std::optional<std::string> me;
 
-    /// Participant key to an object with the participant's details.
-    std::optional<Json> participantsEligible;
     /// A number or an array: what the user may press.
     std::optional<Json> userPermissions;
     /// What the list shows. Never null.
@@ -274,6 +297,11 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
             (listener.get()->*operation)(*this, arguments...);
     }
 
+    std::optional<Json> participantsEligible_;
+    std::uint64_t participantsRevision_ = 0;
+    const std::unique_ptr<ImageLoader> imageLoader_;
+    /// By file name; null for those that cannot be shown.
+    mutable std::map<std::string, std::shared_ptr<const AnimatedImage>> emoticonImages_;
     std::shared_ptr<XmppLink> link_;
     std::shared_ptr<XmppLink> closingLink_;
     std::shared_ptr<XmppRoom> xmppRoom_;

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "supportsdk/platform/XmppStream.h"
 
@@ -43,6 +44,11 @@ class QuorrandChatDelegate {
     /// A valid line: from the room, or the local echo of one just sent.
     virtual void chatDidReceiveMessage(QuorrandChat& /*chat*/,
                                        const std::shared_ptr<QuorrandChatMessage>& /*message*/) {}
+
+    /// These lines, in the order of sending, went out and never came back from the room, which
+    /// would have reflected them: they did not get there.
+    virtual void chatDidNotSend(QuorrandChat& /*chat*/, const std::vector<std::string>& /*texts*/) {
+    }
 
     /// In the room. `room` is null when it had been joined before the call. No error.
     virtual void chatDidJoinRoom(QuorrandChat& /*chat*/, const std::shared_ptr<XmppRoom>& /*room*/,

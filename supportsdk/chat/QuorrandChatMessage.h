@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "supportsdk/chat/ChatLineParts.h"
+#include "supportsdk/chat/StyledText.h"
 #include "supportsdk/chat/xmpp/ChatState.h"
 #include "supportsdk/platform/Clock.h"
 #include "supportsdk/platform/Export.h"
@@ -15,6 +17,7 @@
 namespace supportsdk {
 
 class QDChatActionButton;
+class QDChatButtonCollectionView;
 class QuorrandChat;
 class Stanza;
 struct ChatEnvelope;
@@ -133,6 +136,19 @@ class SUPPORTSDK_API QuorrandChatMessage
     std::optional<std::string> kb_id;
     std::optional<double> kb_preview_length;
     ChatMessageType messageType = ChatMessageType::CallInvitation;
+
+    /// What is shown of `text`, emoticons as pictures.
+    StyledText attributedString;
+    /// A placeholder until the picture has come; null where there is none.
+    ImagePtr avatarImage;
+    ImagePtr previewImage;
+    // The parts that the line is drawn with; absent where it has none. Null without buttons.
+    std::optional<QDChatMessageView> messageView;
+    std::optional<QDChatAttachmentView> attachmentView;
+    std::optional<QDKBView> kbView;
+    std::shared_ptr<QDChatButtonCollectionView> chatButtonCollectionView;
+    /// In points, as the list has laid it out.
+    ChatCellSize cellSize;
 
  private:
     explicit QuorrandChatMessage(QuorrandChat& chat);

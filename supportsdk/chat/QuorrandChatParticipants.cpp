@@ -60,14 +60,19 @@ class CaseInsensitiveOrder {
 
 }  // namespace
 
+void QuorrandChat::setParticipantsEligible(std::optional<Json> participants) {
+    participantsEligible_ = std::move(participants);
+    ++participantsRevision_;
+}
+
 void QuorrandChat::refreshEligibleParticipants() {
     tellDelegate(&QuorrandChatDelegate::chatRefreshEligibleParticipants);
 }
 
 std::vector<std::string> QuorrandChat::createMentionSuggestions() const {
     std::vector<std::string> suggestions;
-    if (participantsEligible && participantsEligible->is_object()) {
-        for (const auto& details : *participantsEligible) {
+    if (participantsEligible_ && participantsEligible_->is_object()) {
+        for (const auto& details : *participantsEligible_) {
             if (auto alias = stringForKey(details, "alias"))
                 suggestions.push_back(std::move(*alias));
         }
@@ -79,8 +84,8 @@ std::vector<std::string> QuorrandChat::createMentionSuggestions() const {
 
 std::optional<std::string> QuorrandChat::getInfoType(
     const std::string& type, const std::optional<std::string>& participant) const {
-    if (!participant || !participantsEligible) return "";
-    const auto* details = valueForKey(*participantsEligible, keyOf(*participant));
+    if (!participant || !participantsEligible_) return "";
+    const auto* details = valueForKey(*participantsEligible_, keyOf(*participant));
     if (!details || !details->is_object()) return "";
     const auto* value = valueForKey(*details, type);
     if (value && value->is_null()) return "";
@@ -92,7 +97,11 @@ bool QuorrandChat::isParticipant(const std::optional<std::string>& participant) 
     if (!participant) return false;
     const auto key = keyOf(*participant);
     if (key == "chimebot") return true;
-    return participantsEligible && valueForKey(*participantsEligible, key);
+    return participantsEligible_ && valueForKey(*participantsEligible_, key);
+}
+
+std::uint64_t QuorrandChat::participantsRevision() const {
+    return participantsRevision_ * 2 + (ignoreParticipantStatus ? 1 : 0);
 }
 
 }  // namespace supportsdk

@@ -78,8 +78,15 @@ ImagePtr QuorrandChat::imageForResource(const std::string& fileName) const {
     return data ? platform->images->decode(*data) : nullptr;
 }
 
-ImagePtr QuorrandChat::imageForEmoticon(const std::string& fileName) const {
-    return imageForResource(fileName);
+std::shared_ptr<const AnimatedImage> QuorrandChat::imageForEmoticon(
+    const std::string& fileName) const {
+    const auto [known, isNew] = emoticonImages_.try_emplace(fileName);
+    if (!isNew) return known->second;
+    const auto [base, extension] = splitFileName(fileName);
+    const auto data = getBundle()->data(base, extension);
+    auto image = data ? platform->images->decodeAnimation(*data) : std::nullopt;
+    if (image) known->second = std::make_shared<const AnimatedImage>(std::move(*image));
+    return known->second;
 }
 
 void QuorrandChat::loadEmoticons() {

@@ -111,17 +111,18 @@ void QuorrandChat::requestRoomHistory() {
     if (muc) sendStanza(makeRoomPresence(*muc, historyStanza().get())->xml());
 }
 
-bool QuorrandChat::sendGroupchatMessage(const std::string& typedText, bool sendOnly) {
+ChatSend QuorrandChat::sendGroupchatMessage(const std::string& typedText, bool sendOnly) {
     const auto text = cleanText(typedText);
-    if (!xmppRoom_ || text.empty()) return false;
+    if (text.empty()) return ChatSend::empty;
+    if (!xmppRoom_) return ChatSend::offline;
     const auto stanza = makeMessage(text);
     setAttribute(stanza->root(), "id", generateUUID());
-    if (!fits(*stanza)) return false;
+    if (!fits(*stanza)) return ChatSend::tooLong;
     const bool sent = isConnected();
     xmppRoom_->sendMessage(*stanza);
     firstUse = false;
     if (!sendOnly) echo(stanza, text);
-    return sent;
+    return sent ? ChatSend::sent : ChatSend::offline;
 }
 
 bool QuorrandChat::fits(const Stanza& stanza) const {
@@ -172,6 +173,28 @@ void QuorrandChat::updateUnreadMessageCount() {
 
 void QuorrandChat::sendMessageToDelegate(const std::shared_ptr<QuorrandChatMessage>& message) {
     if (message) tellDelegate(&QuorrandChatDelegate::chatDidReceiveMessage, message);
+}
+
+bool QuorrandChat::lineWasTapped(ChatLinePart part,
+                                 const std::shared_ptr<QuorrandChatMessage>& message) {
+    if (!message) return false;
+    switch (part) {
+        case ChatLinePart::message:
+            tellDelegate(&QuorrandChatDelegate::chatDidTapMessageForMessage, message);
+            return true;
+        case ChatLinePart::attachment:
+            if (!message->isAttachmentMessage()) return false;
+            tellDelegate(&QuorrandChatDelegate::chatDidTapAttachmentForMessage, message);
+            return true;
+        case ChatLinePart::kb:
+            if (!message->isKBMessage()) return false;
+            tellDelegate(&QuorrandChatDelegate::chatDidTapKBForMessage, message);
+            return true;
+        case ChatLinePart::avatar:
+            tellDelegate(&QuorrandChatDelegate::chatDidTapAvatarForMessage, message);
+            return true;
+    }
+    return false;
 }
 
 void QuorrandChat::buttonDidPerformAction(QDChatActionButton& /*button*/,

@@ -10,6 +10,7 @@
 #include "supportsdk/platform/Localizer.h"
 #include "supportsdk/platform/Log.h"
 #include "supportsdk/platform/NetService.h"
+#include "supportsdk/platform/PhotoChooser.h"
 #include "supportsdk/platform/Queues.h"
 #include "supportsdk/platform/Reachability.h"
 #include "supportsdk/platform/Screens.h"
@@ -47,6 +48,7 @@ struct Platform {
     std::shared_ptr<Traits> traits;
     std::shared_ptr<GlobalAppearance> globalAppearance;
     std::shared_ptr<UrlOpener> urlOpener;
+    std::shared_ptr<PhotoChooser> photoChooser;
 };
 
 using PlatformPtr = std::shared_ptr<const Platform>;

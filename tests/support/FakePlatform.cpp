@@ -340,6 +340,7 @@ FakePlatform::FakePlatform() {
     platform->globalAppearance = globalAppearance;
     platform->netServices = netServices;
     platform->urlOpener = urlOpener;
+    platform->photoChooser = photoChooser;
 }
 
 FakePlatform::~FakePlatform() {

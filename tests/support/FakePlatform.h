@@ -294,6 +294,24 @@ class FakeProgress : public Progress {
     bool darkStyle = false;
 };
 
+/// Remembers who asked; a test answers.
+class FakePhotoChooser : public PhotoChooser {
+ public:
+    void choose(const PhotoChooserOptions& wanted,
+                std::function<void(std::vector<PhotoItem>)> done) override {
+        options = wanted;
+        ++openings;
+        completion = std::move(done);
+    }
+    void answer(std::vector<PhotoItem> items) {
+        std::exchange(completion, nullptr)(std::move(items));
+    }
+
+    PhotoChooserOptions options;
+    int openings = 0;
+    std::function<void(std::vector<PhotoItem>)> completion;
+};
+
 class FakeTraits : public Traits {
  public:
     [[nodiscard]] bool darkMode() const override { return dark; }
@@ -364,6 +382,7 @@ struct FakePlatform {
         std::make_shared<FakeGlobalAppearance>();
     std::shared_ptr<FakeNetServiceFactory> netServices = std::make_shared<FakeNetServiceFactory>();
     std::shared_ptr<FakeUrlOpener> urlOpener = std::make_shared<FakeUrlOpener>();
+    std::shared_ptr<FakePhotoChooser> photoChooser = std::make_shared<FakePhotoChooser>();
 
     std::shared_ptr<Platform> platform = std::make_shared<Platform>();
 };

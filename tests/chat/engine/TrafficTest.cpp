@@ -10,13 +10,13 @@ namespace {
 constexpr const char* delayed = "<delay xmlns='urn:xmpp:delay' stamp='2026-01-31T11:00:00Z'/>";
 
 TEST_F(Engine, echoesASentLineAndListsItWhenTheRoomReflectsIt) {
-    chat->participantsEligible = Json{{"members_users:1", {{"name", "Ann"}}}};
+    chat->setParticipantsEligible(Json{{"members_users:1", {{"name", "Ann"}}}});
     join();
     EXPECT_TRUE(chat->firstUse);
-    EXPECT_TRUE(
-        chat->sendGroupchatMessage("hel\x01"
-                                   "lo",
-                                   false));
+    EXPECT_EQ(chat->sendGroupchatMessage("hel\x01"
+                                         "lo",
+                                         false),
+              ChatSend::sent);
     EXPECT_FALSE(chat->firstUse);
     const auto sent = stream().sent.back();
     EXPECT_THAT(sent, testing::MatchesRegex("<message id=\"[0-9A-F-]{36}\" to=\"help@rooms.test\" "
@@ -36,22 +36,23 @@ TEST_F(Engine, echoesASentLineAndListsItWhenTheRoomReflectsIt) {
 
 TEST_F(Engine, echoesNeitherOnDemandNorWhatIsNoLine) {
     join();
-    EXPECT_TRUE(chat->sendGroupchatMessage("quiet", true));
-    EXPECT_TRUE(
-        chat->sendGroupchatMessage(QuorrandChatMessage::createJSONMessage("a", "b", "c"), false));
+    EXPECT_EQ(chat->sendGroupchatMessage("quiet", true), ChatSend::sent);
+    EXPECT_EQ(
+        chat->sendGroupchatMessage(QuorrandChatMessage::createJSONMessage("a", "b", "c"), false),
+        ChatSend::sent);
     EXPECT_EQ(stream().sent.size(), 4U);
     EXPECT_TRUE(delegate->lines.empty());
 }
 
 TEST_F(Engine, sendsNothingEmptyTooLongOrWithoutARoom) {
-    EXPECT_FALSE(chat->sendGroupchatMessage("early", false));
+    EXPECT_NE(chat->sendGroupchatMessage("early", false), ChatSend::sent);
     join();
-    EXPECT_FALSE(chat->sendGroupchatMessage("", false));
-    EXPECT_FALSE(chat->sendGroupchatMessage("\x01\x02", false));
+    EXPECT_NE(chat->sendGroupchatMessage("", false), ChatSend::sent);
+    EXPECT_NE(chat->sendGroupchatMessage("\x01\x02", false), ChatSend::sent);
     // Each becomes five bytes on the wire.
-    EXPECT_FALSE(chat->sendGroupchatMessage(std::string(50'000, '&'), false));
+    EXPECT_NE(chat->sendGroupchatMessage(std::string(50'000, '&'), false), ChatSend::sent);
     EXPECT_EQ(stream().sent.size(), 2U);
-    EXPECT_TRUE(chat->sendGroupchatMessage(std::string(240'000, 'x'), true));
+    EXPECT_EQ(chat->sendGroupchatMessage(std::string(240'000, 'x'), true), ChatSend::sent);
     EXPECT_LT(stream().sent.back().size(), maximumStanzaBytes + 1);
 }
 
@@ -77,7 +78,7 @@ TEST_F(Engine, countsUnreadLinesWithTheirHistory) {
 }
 
 TEST_F(Engine, asksForParticipantsOnlyOverLiveLinesOfStrangers) {
-    chat->participantsEligible = Json{{"known", Json::object()}};
+    chat->setParticipantsEligible(Json{{"known", Json::object()}});
     join();
     say("stranger", "old", delayed);
     say("known;desk", "hi");
@@ -120,11 +121,11 @@ TEST_F(Engine, knowsItsParticipants) {
     EXPECT_FALSE(chat->isParticipant("a"));
     EXPECT_EQ(chat->createMentionSuggestions(), std::vector<std::string>{"@all"});
     EXPECT_EQ(chat->getInfoType("name", "a"), "");
-    chat->participantsEligible =
+    chat->setParticipantsEligible(
         Json{{"a", {{"name", "Ann"}, {"alias", "zoe"}, {"none", nullptr}, {"number", 1}}},
              {"b", {{"alias", "Bob"}}},
              {"c", {{"alias", "anna"}}},
-             {"bad", nullptr}};
+             {"bad", nullptr}});
     EXPECT_EQ(chat->getInfoType("name", "a;desk"), "Ann");
     EXPECT_EQ(chat->getInfoType("none", "a"), "");
     EXPECT_EQ(chat->getInfoType("missing", "a"), std::nullopt);
@@ -135,7 +136,7 @@ TEST_F(Engine, knowsItsParticipants) {
     EXPECT_FALSE(chat->isParticipant(std::nullopt));
     EXPECT_EQ(chat->createMentionSuggestions(),
               (std::vector<std::string>{"@all", "anna", "Bob", "zoe"}));
-    chat->participantsEligible = Json::array({1});
+    chat->setParticipantsEligible(Json::array({1}));
     EXPECT_FALSE(chat->isParticipant("a"));
     EXPECT_EQ(chat->createMentionSuggestions(), std::vector<std::string>{"@all"});
 }

@@ -56,7 +56,8 @@ TEST_F(ChatMessage, OnlyRoomTextAndKnownEnvelopesAreLines) {
 
 TEST_F(ChatMessage, SenderIsTheNicknameUpToTheSemicolon) {
     chat->me = "users:7";
-    chat->participantsEligible = {{"users:7", {{"name", "Ada"}}}, {"agent:1", {{"name", "Bo"}}}};
+    chat->setParticipantsEligible(
+        Json{{"users:7", {{"name", "Ada"}}}, {"agent:1", {{"name", "Bo"}}}});
 
     const auto mine = line({.body = "hi", .from = "room@x/users:7;tab/let"});
     EXPECT_EQ(mine->from, "users:7");

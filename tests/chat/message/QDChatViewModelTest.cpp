@@ -49,9 +49,18 @@ class ChatViewModel : public ChatFixture, public testing::Test {
         return groups;
     }
 
-    std::set<std::string> hidden;
-    QDChatViewModel model{
-        [this](const std::optional<std::string>& from) { return !hidden.contains(*from); }};
+    struct Participants : ChatParticipants {
+        [[nodiscard]] bool isParticipant(const std::optional<std::string>& from) const override {
+            return !hidden.contains(*from);
+        }
+        [[nodiscard]] std::uint64_t participantsRevision() const override { return revision; }
+        std::set<std::string> hidden;
+        std::uint64_t revision = 1;
+    };
+
+    std::shared_ptr<Participants> participants = std::make_shared<Participants>();
+    std::set<std::string>& hidden = participants->hidden;
+    QDChatViewModel model{participants};
 };
 
 TEST_F(ChatViewModel, GapIsMeasuredFromTheLineBefore) {
@@ -87,6 +96,7 @@ TEST_F(ChatViewModel, StrangersAreHeldBackUntilTheyMayBeShown) {
     EXPECT_EQ(model.lastMessage(), held);
 
     hidden.clear();
+    ++participants->revision;
     model.addMessage(at(1min, "who?"));
     EXPECT_THAT(shown(), ElementsAre(ElementsAre("hello", "psst", "who?")));
 }
@@ -106,10 +116,14 @@ TEST_F(ChatViewModel, ShortcutsShowWhatThePlainRuleShows) {
         const std::array<std::string, 4> senders{"a", "b", "c", "d"};
         model.clearMessages();
         hidden.clear();
+        ++participants->revision;
         std::chrono::minutes now = 0min;
         for (int step = 0; step < 120; ++step) {
             const auto& sender = senders[below(4)];
-            if (below(10) == 0 && !hidden.erase(sender)) hidden.insert(sender);
+            if (below(10) == 0) {
+                ++participants->revision;
+                if (!hidden.erase(sender)) hidden.insert(sender);
+            }
             now += std::chrono::minutes{below(4)};
             // Room history comes out of order, and anything may come twice.
             const auto minute = below(5) == 0 ? std::chrono::minutes{below(60)} : now;
