@@ -123,7 +123,7 @@ void QuorrandChat::linkDidEnd(XmppLink& link, const XmppStreamEnd& end) {
         // throw each other out for ever (RFC 6120, 4.9.3.3).
         tellDelegate(&QuorrandChatDelegate::chatDidDisconnect, end);
     } else if (link.wasAuthenticated()) {
-        connect();
+        if (connect()) tellDelegate(&QuorrandChatDelegate::chatDidLoseConnection);
     } else {
         // The attempt goes on with another stream; its clock runs on, so that a server that
         // refuses again and again is reported like one that is silent. Without a clock nobody waits

@@ -41,6 +41,10 @@ class QuorrandChatDelegate {
     /// when it is asked for, and when the stream has ended.
     virtual void chatDidDisconnect(QuorrandChat& /*chat*/, const ChatError& /*error*/) {}
 
+    /// A stream that was up is gone, and is being connected again: chatDidConnect() follows as soon
+    /// as that works, however long it takes. Heard once for each loss.
+    virtual void chatDidLoseConnection(QuorrandChat& /*chat*/) {}
+
     /// A valid line: from the room, or the local echo of one just sent.
     virtual void chatDidReceiveMessage(QuorrandChat& /*chat*/,
                                        const std::shared_ptr<QuorrandChatMessage>& /*message*/) {}

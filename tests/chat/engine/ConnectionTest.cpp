@@ -89,6 +89,7 @@ TEST_F(Engine, reportsAServerThatRefusesAgainAndAgain) {
 TEST_F(Engine, healsALostStreamAndEndsInTheRoom) {
     join();
     stream().end(XmppLoss::lost);
+    EXPECT_EQ(delegate->take(), Heard{"lost"});
     EXPECT_FALSE(chat->isRoomJoined());
     EXPECT_NE(chat->sendGroupchatMessage("into the void", false), ChatSend::sent);
     ASSERT_EQ(streams(), 2U);

@@ -21,6 +21,7 @@ struct RecordingChatDelegate : QuorrandChatDelegate {
     void chatDidDisconnect(QuorrandChat&, const ChatError& error) override {
         hear(error ? "disconnected: " + error->description : "disconnected");
     }
+    void chatDidLoseConnection(QuorrandChat&) override { hear("lost"); }
     void chatDidReceiveMessage(QuorrandChat&, const Message& message) override {
         hear("line " + message->from.value_or("-") + ": " + message->text.value_or("-"));
         lines.push_back(message);
