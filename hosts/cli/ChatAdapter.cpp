@@ -1,7 +1,9 @@
 #include "hosts/cli/ChatAdapter.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
+#include <map>
 
 #include "supportsdk/chat/QDChatActionButton.h"
 #include "supportsdk/chat/QDChatViewModel.h"
@@ -54,6 +56,7 @@ Json ChatAdapter::state() const {
     const auto& engine = chat_->engine();
     Json fields = {{"readOnly", chat_->isReadOnly},
                    {"typing", engine.typingType != 0},
+                   {"online", engine.isRoomJoined()},
                    {"groups", Json::array()}};
     if (const auto& entry = chat_->entryView; entry && !chat_->isReadOnly) {
         fields["entry"] = {{"text", entry->text()}, {"sendEnabled", entry->isSendEnabled()}};
@@ -84,6 +87,10 @@ Json ChatAdapter::describeLine(const QuorrandChatMessage& line) const {
         fields["kb"] = {{"id", *line.kb_id}, {"preview", *line.kb_preview}};
         put(fields["kb"], "title", line.kb_title);
     }
+    for (const auto& piece : line.attributedString.pieces) {
+        const auto* picture = std::get_if<AnimatedTextAttachment>(&piece);
+        if (picture) fields["emoticons"].push_back(picture->text);
+    }
     for (const auto& button : line.chatActionButtons) {
         fields["buttons"].push_back({{"label", button->label},
                                      {"enabled", button->isEnabled},
@@ -93,11 +100,12 @@ Json ChatAdapter::describeLine(const QuorrandChatMessage& line) const {
 }
 
 bool ChatAdapter::pressControl(const std::string& label) {
-    const auto groups = chat_->engine().viewModel->messageGroups();
+    const auto& groups = chat_->engine().viewModel->messageGroups();
     for (auto group = groups.rbegin(); group != groups.rend(); ++group) {
         for (auto line = group->rbegin(); line != group->rend(); ++line) {
             for (const auto& button : (*line)->chatActionButtons) {
                 if (button->label != label || !button->isEnabled) continue;
+                // The list may change while it acts.
                 const auto pressed = button;
                 pressed->performAction();
                 return true;
@@ -105,6 +113,28 @@ bool ChatAdapter::pressControl(const std::string& label) {
         }
     }
     return false;
+}
+
+bool ChatAdapter::tapLine(const std::string& id, const std::string& part) {
+    static const std::map<std::string, ChatLinePart> parts = {
+        {"message", ChatLinePart::message},
+        {"attachment", ChatLinePart::attachment},
+        {"kb", ChatLinePart::kb},
+        {"avatar", ChatLinePart::avatar},
+    };
+    const auto found = parts.find(part);
+    const auto line = found == parts.end() ? nullptr : lineOf(id);
+    return line && chat_->engine().lineWasTapped(found->second, line);
+}
+
+std::shared_ptr<QuorrandChatMessage> ChatAdapter::lineOf(const std::string& id) const {
+    const auto& groups = chat_->engine().viewModel->messageGroups();
+    for (auto group = groups.rbegin(); group != groups.rend(); ++group) {
+        const auto found = std::find_if(group->rbegin(), group->rend(),
+                                        [&](const auto& line) { return line->id == id; });
+        if (found != group->rend()) return *found;
+    }
+    return nullptr;
 }
 
 bool ChatAdapter::type(const std::string& text, const std::optional<std::string>& field) {

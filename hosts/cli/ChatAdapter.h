@@ -14,6 +14,7 @@ class ChatAdapter : public ScreenAdapter, public QDChatViewController::View {
     ChatAdapter(std::shared_ptr<QDChatViewController> chat, std::function<void()> reloaded);
 
     bool type(const std::string& text, const std::optional<std::string>& field) override;
+    bool tapLine(const std::string& id, const std::string& part) override;
     bool send() override;
     bool pull() override;
 
@@ -25,6 +26,8 @@ class ChatAdapter : public ScreenAdapter, public QDChatViewController::View {
 
  private:
     [[nodiscard]] Json describeLine(const QuorrandChatMessage& line) const;
+    /// Null when no such line is on view.
+    [[nodiscard]] std::shared_ptr<QuorrandChatMessage> lineOf(const std::string& id) const;
 
     std::shared_ptr<QDChatViewController> chat_;
     std::function<void()> reloaded_;

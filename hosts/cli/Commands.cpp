@@ -27,6 +27,8 @@ Commands::Handler Commands::handlerOf(const std::string& name) {
         {"choose", &Commands::choose},
         {"press", &Commands::press},
         {"select", &Commands::select},
+        {"tapLine", &Commands::tapLine},
+        {"pick", &Commands::pick},
         {"type", &Commands::type},
         {"set", &Commands::set},
         {"send", &Commands::send},

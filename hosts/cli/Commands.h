@@ -6,6 +6,7 @@
 #include <string>
 
 #include "hosts/cli/HostParts.h"
+#include "hosts/cli/HostPhotoChooser.h"
 #include "hosts/cli/HostPresenter.h"
 #include "hosts/cli/Reports.h"
 #include "supportsdk/launcher/SupportButton.h"
@@ -20,6 +21,7 @@ class Commands {
         std::shared_ptr<Reports> reports;
         std::shared_ptr<HostPresenter> presenter;
         std::shared_ptr<HostTraits> traits;
+        std::shared_ptr<HostPhotoChooser> chooser;
         std::shared_ptr<SupportButton> button;
         std::function<void()> quit;
     };
@@ -54,6 +56,8 @@ class Commands {
     void choose(const Json& command);
     void press(const Json& command);
     void select(const Json& command);
+    void tapLine(const Json& command);
+    void pick(const Json& command);
     void type(const Json& command);
     void set(const Json& command);
     void send(const Json& command);

@@ -4,8 +4,10 @@
 
 namespace supportsdk::host {
 
-HostPresenter::HostPresenter(std::shared_ptr<Reports> reports)
-    : reports_(std::move(reports)), choices_(std::make_shared<Choices>(reports_)) {
+HostPresenter::HostPresenter(std::shared_ptr<Reports> reports, std::shared_ptr<MainQueue> queue)
+    : reports_(std::move(reports)),
+      choices_(std::make_shared<Choices>(reports_)),
+      changes_(std::move(queue), [this] { reportChanged(); }) {
     // The host's own home screen, on which the kit's screens are pushed.
     root_->children.push_back(std::make_shared<ScreenController>());
     layers_.push_back({root_, {}});
@@ -170,9 +172,17 @@ void HostPresenter::reportNewScreens() {
     }
 }
 
-void HostPresenter::reloaded(const ScreenController* screen) const {
+void HostPresenter::reloaded(const ScreenController* screen) {
     const auto* shown = topShown();
-    if (shown && shown->isReported && shown->screen.get() == screen)
+    if (!shown || !shown->isReported || shown->screen.get() != screen) return;
+    changed_ = screen;
+    changes_.ask();
+}
+
+void HostPresenter::reportChanged() const {
+    const auto* shown = topShown();
+    // Another one may have come on top while the report waited.
+    if (shown && shown->isReported && shown->screen.get() == changed_)
         reportScreen(*shown, "changed");
 }
 

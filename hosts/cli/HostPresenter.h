@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "hosts/cli/Choices.h"
+#include "hosts/cli/PacedReport.h"
 #include "hosts/cli/Reports.h"
 #include "hosts/cli/ScreenAdapter.h"
 #include "supportsdk/platform/Screens.h"
@@ -17,7 +18,7 @@ namespace supportsdk::host {
 /// ones stack up within it. Main thread.
 class HostPresenter : public Presenter, public std::enable_shared_from_this<HostPresenter> {
  public:
-    explicit HostPresenter(std::shared_ptr<Reports> reports);
+    HostPresenter(std::shared_ptr<Reports> reports, std::shared_ptr<MainQueue> queue);
     ~HostPresenter() override;
 
     // --- For the kit ---
@@ -76,12 +77,16 @@ class HostPresenter : public Presenter, public std::enable_shared_from_this<Host
     [[nodiscard]] bool isOnTop(const ScreenController& screen) const;
     void reportNewScreens();
     void reportScreen(const Shown& shown, const std::string& is) const;
-    void reloaded(const ScreenController* screen) const;
+    void reloaded(const ScreenController* screen);
+    void reportChanged() const;
 
     const std::shared_ptr<Reports> reports_;
     std::shared_ptr<NavigationController> root_ = std::make_shared<NavigationController>();
     std::vector<Layer> layers_;
     const std::shared_ptr<Choices> choices_;
+    PacedReport changes_;
+    /// Compared only: it may be gone.
+    const ScreenController* changed_ = nullptr;
 };
 
 }  // namespace supportsdk::host

@@ -32,6 +32,25 @@ void Commands::select(const Json& command) {
                  "the screen has no such row");
 }
 
+void Commands::tapLine(const Json& command) {
+    const auto id = need(command, "id");
+    const auto part = id ? need(command, "part") : std::nullopt;
+    const auto screen = part ? needScreen() : nullptr;
+    if (screen) refuseUnless(screen->tapLine(*id, *part), "no such part of a line is on view");
+}
+
+void Commands::pick(const Json& command) {
+    std::vector<std::string> files;
+    const auto* list = valueForKey(command, "files");
+    for (const auto& file : list ? *list : Json()) {
+        if (const auto* path = file.get_ptr<const std::string*>()) files.push_back(*path);
+    }
+    if (!list || !list->is_array() || files.size() != list->size()) {
+        return parts_.reports->refuse("\"files\" is no list of paths");
+    }
+    refuseUnless(parts_.chooser->pick(files), "no pictures are asked for");
+}
+
 void Commands::type(const Json& command) {
     const auto text = need(command, "text");
     if (!text) return;

@@ -39,6 +39,11 @@ class ScreenAdapter {
         (void)field, (void)value;
         return false;
     }
+    /// Taps a part of a chat line.
+    virtual bool tapLine(const std::string& id, const std::string& part) {
+        (void)id, (void)part;
+        return false;
+    }
     virtual bool send() { return false; }
     virtual bool pull() { return false; }
 

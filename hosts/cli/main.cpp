@@ -14,6 +14,7 @@
 #include "hosts/cli/EventReporter.h"
 #include "hosts/cli/HostDelegate.h"
 #include "hosts/cli/HostParts.h"
+#include "hosts/cli/HostPhotoChooser.h"
 #include "hosts/cli/HostPresenter.h"
 #include "hosts/cli/Options.h"
 #include "hosts/cli/Reports.h"
@@ -46,12 +47,14 @@ std::shared_ptr<Platform> makePlatform(const Options& options,
 
 void serve(const std::shared_ptr<Platform>& platform, AsioMainQueue& queue) {
     const auto reports = std::make_shared<Reports>(STDOUT_FILENO);
-    const auto presenter = std::make_shared<HostPresenter>(reports);
+    const auto presenter = std::make_shared<HostPresenter>(reports, platform->mainQueue);
     const auto traits = std::make_shared<HostTraits>();
     platform->presenter = presenter;
     platform->progress = std::make_shared<HostProgress>(reports);
     platform->traits = traits;
     platform->globalAppearance = std::make_shared<HostGlobalAppearance>(reports);
+    const auto chooser = std::make_shared<HostPhotoChooser>(reports, platform->mainQueue);
+    platform->photoChooser = chooser;
     platform->urlOpener = std::make_shared<HostUrlOpener>(reports, platform->mainQueue);
 
     const EventReporter events(reports);
@@ -62,7 +65,7 @@ void serve(const std::shared_ptr<Platform>& platform, AsioMainQueue& queue) {
     delegate->iconDidChange(button->icon());
 
     const auto quit = [&queue] { queue.stop(); };
-    Commands commands({platform, reports, presenter, traits, button, quit});
+    Commands commands({platform, reports, presenter, traits, chooser, button, quit});
     std::unique_ptr<CommandReader> reader;
     reader = std::make_unique<CommandReader>(
         STDIN_FILENO, platform->mainQueue,

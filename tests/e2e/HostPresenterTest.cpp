@@ -7,11 +7,14 @@
 
 #include <array>
 
+#include "hosts/cli/PacedReport.h"
 #include "supportsdk/core/Support.h"
+#include "tests/support/FakePlatform.h"
 
 namespace supportsdk::host {
 namespace {
 
+using namespace std::chrono_literals;
 using testing::ElementsAre;
 
 /// Writes down its life.
@@ -40,7 +43,7 @@ class HostPresenterTest : public testing::Test {
  protected:
     HostPresenterTest() {
         if (pipe2(pipe_.data(), O_NONBLOCK) != 0) ADD_FAILURE();
-        presenter = std::make_shared<HostPresenter>(std::make_shared<Reports>(pipe_[1]));
+        presenter = std::make_shared<HostPresenter>(std::make_shared<Reports>(pipe_[1]), queue);
     }
     ~HostPresenterTest() override {
         close(pipe_[0]);
@@ -67,6 +70,7 @@ class HostPresenterTest : public testing::Test {
     }
 
     std::vector<std::string> log;
+    std::shared_ptr<test::FakeMainQueue> queue = std::make_shared<test::FakeMainQueue>();
     std::shared_ptr<HostPresenter> presenter;
 
  private:
@@ -155,6 +159,25 @@ TEST_F(HostPresenterTest, ClosesAnAlertBeforeItsChoiceOpensTheNext) {
     EXPECT_FALSE(presenter->choices().choose("Go"));
     EXPECT_TRUE(presenter->choices().choose("OK"));
     EXPECT_FALSE(presenter->choices().choose("OK"));
+}
+
+TEST(PacedReport, ReportsAtOnceAndThenAsOftenAsItPays) {
+    std::chrono::steady_clock::time_point now;
+    const auto queue = std::make_shared<test::FakeMainQueue>();
+    int reports = 0;
+    PacedReport paced(
+        queue, [&] { ++reports, now += 10ms; }, [&] { return now; });
+    paced.ask();
+    EXPECT_EQ(reports, 1);
+    for (int change = 0; change < 100; ++change) paced.ask();
+    EXPECT_EQ(queue->pendingTimers(), 1U);
+    queue->advance(39ms);
+    EXPECT_EQ(reports, 1);
+    queue->advance(1ms);
+    EXPECT_EQ(reports, 2) << "the last state is never held back for good";
+    now += 40ms;
+    paced.ask();
+    EXPECT_EQ(reports, 3);
 }
 
 }  // namespace

@@ -31,18 +31,28 @@ TEST_F(HostTest, RefusesWhatIsNoCommandAndGoesOn) {
         const char* why;
     };
     auto host = start();
-    for (const auto& [line, why] :
-         {Case{"", "no JSON object"}, Case{"[1]", "no JSON object"},
-          Case{"{\"do\":\"tap\"", "no JSON object"}, Case{"\xFF\xFE", "no JSON object"},
-          Case{std::string(200, '['), "no JSON object"}, Case{"{}", "missing"},
-          Case{R"({"do":7})", "missing"}, Case{R"({"do":"fly"})", "cannot do"},
-          Case{R"({"do":"load"})", "no object"}, Case{R"({"do":"choose","label":"x"})", "offered"},
-          Case{R"({"do":"select","row":-1})", "no row"}, Case{R"({"do":"back"})", "no screen"},
-          Case{R"({"do":"send"})", "no screen"}, Case{R"({"do":"set","field":"x"})", "missing"},
-          Case{R"({"do":"set","field":"x","value":1})", "no screen"},
-          Case{R"({"do":"show"})", "no screen"}, Case{R"({"do":"theme"})", "no configuration"},
-          Case{R"({"do":"advertise","public":[]})", "no object"},
-          Case{R"({"do":"wait"})", "milliseconds"}}) {
+    for (const auto& [line, why] : {Case{"", "no JSON object"},
+                                    Case{"[1]", "no JSON object"},
+                                    Case{"{\"do\":\"tap\"", "no JSON object"},
+                                    Case{"\xFF\xFE", "no JSON object"},
+                                    Case{std::string(200, '['), "no JSON object"},
+                                    Case{"{}", "missing"},
+                                    Case{R"({"do":7})", "missing"},
+                                    Case{R"({"do":"fly"})", "cannot do"},
+                                    Case{R"({"do":"load"})", "no object"},
+                                    Case{R"({"do":"choose","label":"x"})", "offered"},
+                                    Case{R"({"do":"select","row":-1})", "no row"},
+                                    Case{R"({"do":"back"})", "no screen"},
+                                    Case{R"({"do":"send"})", "no screen"},
+                                    Case{R"({"do":"set","field":"x"})", "missing"},
+                                    Case{R"({"do":"set","field":"x","value":1})", "no screen"},
+                                    Case{R"({"do":"show"})", "no screen"},
+                                    Case{R"({"do":"theme"})", "no configuration"},
+                                    Case{R"({"do":"advertise","public":[]})", "no object"},
+                                    Case{R"({"do":"tapLine","id":"x"})", "missing"},
+                                    Case{R"({"do":"pick","files":["a",1]})", "no list"},
+                                    Case{R"({"do":"pick","files":["a"]})", "no pictures"},
+                                    Case{R"({"do":"wait"})", "milliseconds"}}) {
         host.sendText(line + "\n");
         EXPECT_THAT(host.await("refused").value("why", ""), HasSubstr(why)) << line;
     }
