@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "supportsdk/chat/ChatLineParts.h"
 #include "supportsdk/platform/Export.h"
 #include "supportsdk/platform/Values.h"
 
@@ -33,6 +34,8 @@ class SUPPORTSDK_API QDChatActionButton {
     std::optional<std::string> action;
     bool isSelected = false;
     bool isEnabled = true;
+    /// Of its frame, in points; whoever draws it may put in what it has measured.
+    ChatCellSize size;
     Handler handleButtonAction;
 
  private:

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "supportsdk/chat/QDChatButtonCollectionView.h"
 #include "supportsdk/platform/XmppStream.h"
 
 namespace supportsdk {
@@ -18,11 +19,10 @@ class XmppRoom;
 using ChatError = std::optional<XmppStreamEnd>;
 
 /// The one listener of the chat engine. Main thread. An operation that is not overridden is
-/// silence. Every operation may call the engine, replace its delegate, and let go of both.
-class QuorrandChatDelegate {
+/// silence. Every operation may call the engine, replace its delegate, and let go of both. The
+/// buttons of its lines report to it as well.
+class QuorrandChatDelegate : public QDChatButtonCollectionViewDelegate {
  public:
-    virtual ~QuorrandChatDelegate() = default;
-
     /// Authenticated, or connect() found the stream up; the join of the room follows. No error.
     virtual void chatDidConnect(QuorrandChat& /*chat*/, const ChatError& /*error*/) {}
 
