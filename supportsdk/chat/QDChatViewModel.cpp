@@ -2,16 +2,43 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
+
+#include "supportsdk/platform/Stanza.h"
 
 namespace supportsdk {
 
 namespace {
 
 constexpr std::chrono::seconds longestGap{120};
+constexpr std::chrono::minutes largestClockDifference{1};
 
 /// Lines without a date come first.
 Clock::Time dateOf(const QuorrandChatMessage& message) {
     return message.date.value_or(Clock::Time{});
+}
+
+/// Where the id is a digest, because the room sent none.
+bool cameWithoutId(const QuorrandChatMessage& message) {
+    return message.xmppMessage && message.xmppMessage->attribute("id").value_or("").empty();
+}
+
+std::string words(const QuorrandChatMessage& message) {
+    // No zero byte can be in either.
+    return message.from.value_or("") + '\0' + message.text.value_or("");
+}
+
+bool areClose(const QuorrandChatMessage& left, const QuorrandChatMessage& right) {
+    // Seconds, because dates may be further apart than the clock's type can count.
+    const auto seconds = [](const QuorrandChatMessage& message) {
+        return std::chrono::floor<std::chrono::seconds>(dateOf(message));
+    };
+    return std::chrono::abs(seconds(left) - seconds(right)) <= largestClockDifference;
+}
+
+void freeze(QuorrandChatMessage& message) {
+    message.disabled = true;
+    message.disableChatActionButtons();
 }
 
 bool isEarlier(const QDChatViewModel::Message& left, const QDChatViewModel::Message& right) {
@@ -24,13 +51,13 @@ QDChatViewModel::QDChatViewModel(std::weak_ptr<const ChatParticipants> participa
     : participants_(std::move(participants)) {}
 
 void QDChatViewModel::addMessage(const Message& message) {
-    if (isDuplicateMessage(*message)) return;
+    if (isDuplicateMessage(*message) || isRestoredMessage(*message)) {
+        forgetHeardLive(*message);
+        return;
+    }
     if (message->hasChatState() && !message->hasComposingChatState()) return;
     // Every other line was frozen when its successor came.
-    if (const auto previous = lastMessage()) {
-        previous->disabled = true;
-        previous->disableChatActionButtons();
-    }
+    if (!messages_.empty()) freeze(*messages_.back());
     messages_.push_back(message);
     if (message->id) ids_.insert(*message->id);
 
@@ -48,9 +75,52 @@ bool QDChatViewModel::isDuplicateMessage(const QuorrandChatMessage& message) con
     return message.id && ids_.contains(*message.id);
 }
 
+void QDChatViewModel::restoreMessages(std::vector<Message> earlier) {
+    earlier.erase(std::remove_if(earlier.begin(), earlier.end(),
+                                 [this](const Message& message) {
+                                     return !message ||
+                                            (message->id && !ids_.insert(*message->id).second);
+                                 }),
+                  earlier.end());
+    for (const auto& message : earlier) {
+        if (!message->isDelayed && cameWithoutId(*message))
+            heardLive_.emplace(words(*message), message);
+        if (!messages_.empty() || message != earlier.back()) freeze(*message);
+    }
+    messages_.insert(messages_.begin(), std::make_move_iterator(earlier.begin()),
+                     std::make_move_iterator(earlier.end()));
+    groupMessages();
+}
+
+bool QDChatViewModel::isRestoredMessage(const QuorrandChatMessage& message) const {
+    return findHeardLive(message) != heardLive_.end();
+}
+
+QDChatViewModel::HeardLive::const_iterator QDChatViewModel::findHeardLive(
+    const QuorrandChatMessage& message) const {
+    if (heardLive_.empty() || !message.isDelayed || !cameWithoutId(message))
+        return heardLive_.end();
+    const auto [begin, end] = heardLive_.equal_range(words(message));
+    const auto sameId =
+        std::find_if(begin, end, [&](const auto& one) { return one.second->id == message.id; });
+    if (sameId != end) return sameId;
+    const auto sameMoment =
+        std::find_if(begin, end, [&](const auto& one) { return areClose(*one.second, message); });
+    return sameMoment == end ? heardLive_.end() : sameMoment;
+}
+
+void QDChatViewModel::forgetHeardLive(const QuorrandChatMessage& message) {
+    const auto found = findHeardLive(message);
+    if (found == heardLive_.end()) return;
+    // The history may be asked for again.
+    ids_.insert(*message.id);
+    heardLive_.erase(found);
+}
+
 void QDChatViewModel::clearMessages() {
     messages_.clear();
     ids_.clear();
+    heardLive_.clear();
     groupMessages();
 }
 

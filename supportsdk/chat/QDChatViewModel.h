@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -42,6 +43,19 @@ class SUPPORTSDK_API QDChatViewModel {
     void addMessage(const Message& message);
     /// Whether a line with the same id is here already.
     [[nodiscard]] bool isDuplicateMessage(const QuorrandChatMessage& message) const;
+
+    /// Puts lines that were here before a lost connection back in front of those that have come
+    /// since, without those whose id is here already, and regroups. Call it before the room's
+    /// history is added: addMessage() then drops what isRestoredMessage() knows. Buttons stay as
+    /// they are, but only those of the last line of all can be live.
+    void restoreMessages(std::vector<Message> earlier);
+    /// Whether a line of the room's history is a restored line over again although their ids
+    /// differ. A line that comes without an id gets a digest that depends on the minute: of this
+    /// computer's clock when it was heard live, of the server's when it is replayed. So lines of
+    /// one sender and text at most a minute apart are the same one; each restored line is found
+    /// once, for the same words may truly have been said twice.
+    [[nodiscard]] bool isRestoredMessage(const QuorrandChatMessage& message) const;
+
     void clearMessages();
     /// The newest by arrival, shown or not; null when there is none.
     [[nodiscard]] Message lastMessage() const;
@@ -62,6 +76,9 @@ class SUPPORTSDK_API QDChatViewModel {
  private:
     [[nodiscard]] bool isShown(const QuorrandChatMessage& message);
     void appendToGroups(const Message& message);
+    using HeardLive = std::unordered_multimap<std::string, Message>;
+    [[nodiscard]] HeardLive::const_iterator findHeardLive(const QuorrandChatMessage& message) const;
+    void forgetHeardLive(const QuorrandChatMessage& message);
 
     const std::weak_ptr<const ChatParticipants> participants_;
     /// Of the time when the groups were built.
@@ -69,6 +86,8 @@ class SUPPORTSDK_API QDChatViewModel {
     std::vector<Message> messages_;
     std::vector<Group> groups_;
     std::unordered_set<std::string> ids_;
+    /// Restored lines, by sender and text, that the history may tell again under another id.
+    HeardLive heardLive_;
 };
 
 }  // namespace supportsdk

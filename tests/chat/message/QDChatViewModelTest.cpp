@@ -101,6 +101,49 @@ TEST_F(ChatViewModel, StrangersAreHeldBackUntilTheyMayBeShown) {
     EXPECT_THAT(shown(), ElementsAre(ElementsAre("hello", "psst", "who?")));
 }
 
+TEST_F(ChatViewModel, RestoredLinesStandInFrontOfNewerOnesAndOnlyTheLastIsLive) {
+    const auto first = at(0min, "first");
+    const auto last = at(1min, "last");
+    model.restoreMessages({first, last, first});
+    EXPECT_THAT(model.messages(), ElementsAre(first, last));
+    EXPECT_FALSE(last->disabled);
+
+    model.clearMessages();
+    const auto newer = at(1min, "newer");
+    model.addMessage(newer);
+    model.restoreMessages({first, at(1min, "newer"), last});
+    EXPECT_THAT(model.messages(), ElementsAre(first, last, newer));
+    EXPECT_THAT(shown(), ElementsAre(ElementsAre("first", "last", "newer")));
+    EXPECT_TRUE(last->disabled);
+    EXPECT_FALSE(newer->disabled);
+}
+
+TEST_F(ChatViewModel, HistoryRepeatsARestoredLineWithTheServersStamp) {
+    const auto replayed = [this](const std::string& stamp, const std::string& id = "") {
+        return line({.body = "ok",
+                     .from = "room@x/agent",
+                     .id = id,
+                     .children = "<delay xmlns='urn:xmpp:delay' stamp='2026-01-31T12:" + stamp +
+                                 ":00Z'/>"});
+    };
+    fakes.clock->time = Clock::Time(1769860800s);  // 12:00
+    const auto live = line({.body = "ok", .from = "room@x/agent"});
+    model.restoreMessages({live});
+
+    model.addMessage(replayed("02"));
+    model.addMessage(replayed("01", "of its own"));
+    EXPECT_EQ(model.messages().size(), 3);
+    EXPECT_TRUE(model.isRestoredMessage(*replayed("01")));
+    model.addMessage(replayed("01"));
+    EXPECT_EQ(model.messages().size(), 3);
+    // Said again, and asked for again.
+    model.addMessage(replayed("00"));
+    model.addMessage(replayed("01"));
+    EXPECT_EQ(model.messages().size(), 3);
+    model.addMessage(replayed("03"));
+    EXPECT_EQ(model.messages().size(), 4);
+}
+
 TEST_F(ChatViewModel, UndatedLinesComeFirst) {
     const auto undated = QuorrandChatMessage::createWithTranscript(*chat, {{"message", "old"}});
     model.addMessage(at(0min, "new"));
