@@ -17,6 +17,13 @@ class EndSignals {
         std::signal(SIGPIPE, SIG_IGN);
     }
 
+    /// Whether wait() would return at once.
+    [[nodiscard]] bool hasCome() const {
+        sigset_t pending{};
+        sigpending(&pending);
+        return sigismember(&pending, SIGTERM) == 1 || sigismember(&pending, SIGINT) == 1;
+    }
+
     void wait() const {
         int received = 0;
         sigwait(&signals_, &received);

@@ -55,9 +55,10 @@ bool Service::openStore(const Options& options, std::string& problem) {
     return true;
 }
 
-bool Service::start(const Options& options, std::string& problem) {
+bool Service::start(const Options& options, const std::function<bool()>& isUnwanted,
+                    std::string& problem) {
     options_ = options;
-    if (!openStore(options, problem)) return false;
+    if (!openStore(options, problem) || isUnwanted()) return false;
 
     const auto authority = CertificateAuthority::create(folder_->path() / "certificates");
     const auto chatCertificate =
@@ -70,6 +71,7 @@ bool Service::start(const Options& options, std::string& problem) {
         return false;
     }
     caFile_ = authority->certificate();
+    if (isUnwanted()) return false;
 
     rooms_ = std::make_unique<ChatRooms>(
         *store_, journal_,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -25,8 +26,10 @@ class Service {
     Service(const Service&) = delete;
     Service& operator=(const Service&) = delete;
 
-    /// False when something does not come up; why stands in `problem`.
-    [[nodiscard]] bool start(const Options& options, std::string& problem);
+    /// False when something does not come up; why stands in `problem`. Also, without a word, when
+    /// `isUnwanted` says meanwhile that nobody waits for it any more.
+    [[nodiscard]] bool start(const Options& options, const std::function<bool()>& isUnwanted,
+                             std::string& problem);
 
     /// Everything that somebody who wants to use it must know.
     [[nodiscard]] Json readyLine() const;

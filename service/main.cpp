@@ -38,7 +38,10 @@ int run(const Options& options, const EndSignals& ends) {
     if (!folder) return speakForOther(options);
     Service service(std::move(folder));
     std::string problem;
-    if (!service.start(options, problem)) return complain(problem, 1);
+    const bool started = service.start(
+        options, [&ends] { return ends.hasCome(); }, problem);
+    if (ends.hasCome()) return 0;
+    if (!started) return complain(problem, 1);
     print(service.readyLine(), options);
     ends.wait();
     return 0;

@@ -39,6 +39,19 @@ TEST(LifetimeTest, EndsInOrderWithAllThatHangsOnIt) {
     }
 }
 
+TEST(LifetimeTest, EndsInOrderWhileItStillStarts) {
+    // It has opened its seed, and waits for what is in there, when the signal comes.
+    const std::string program = SUPPORTSDK_BINARY_DIR "/service/support-service";
+    const std::string seed = SUPPORTSDK_SOURCE_DIR "/service/seed.json";
+    const auto script = "folder=$(mktemp -d) && mkfifo $folder/seed && { " + program +
+                        " --seed $folder/seed >$folder/said & exec 3>$folder/seed; kill -TERM $!;"
+                        " cat " +
+                        seed +
+                        " >&3; exec 3>&-; wait $! && test ! -s $folder/said;"
+                        " status=$?; rm -r $folder; exit $status; }";
+    EXPECT_EQ(std::system(script.c_str()), 0);
+}
+
 TEST(LifetimeTest, KilledItTakesTheChatServerWithIt) {
     const auto service = ServiceProcess::start();
     ASSERT_TRUE(service);
