@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "service/chat/Envelope.h"
 #include "service/chat/Stanzas.h"
 #include "service/lab/Lab.h"
@@ -7,6 +9,8 @@
 namespace supportsdk::service {
 
 namespace {
+
+constexpr std::int64_t maximumReplay = 1'000'000;
 
 const Answer unknownChat = failure(404, "This chat is unknown.");
 
@@ -91,11 +95,34 @@ Answer participants(Desk& desk, const Call& call) {
     return results(std::move(list));
 }
 
+std::string customerNick(const Json& comm) {
+    return "members_users:" + text(comm, "members_users_id");
+}
+
+/// Fills the room with occupants behind whom there is nobody.
+Answer occupy(Desk& desk, const Call& call) {
+    const auto comm = targetChat(desk, call.body);
+    if (!comm) return unknownChat;
+    std::vector<std::string> nicks;
+    for (const auto& nick : arrayForKey(call.body, "participants"))
+        nicks.push_back(nick.is_string() ? nick.get<std::string>() : "");
+    if (nicks.empty()) nicks.push_back(customerNick(*comm));
+    return done(desk.rooms.control().occupy(text(*comm, "external_id"), nicks));
+}
+
+Answer replay(Desk& desk, const Call& call) {
+    const auto comm = targetChat(desk, call.body);
+    if (!comm) return unknownChat;
+    const auto lines = integerForKey(call.body, "lines").value_or(0);
+    const auto count = static_cast<int>(std::clamp<std::int64_t>(lines, 0, maximumReplay));
+    return done(
+        desk.rooms.control().replay(text(*comm, "external_id"), speaker(desk, call).key, count));
+}
+
 Answer kick(Desk& desk, const Call& call) {
     const auto comm = targetChat(desk, call.body);
     if (!comm) return unknownChat;
-    const auto nick = stringForKey(call.body, "participant")
-                          .value_or("members_users:" + text(*comm, "members_users_id"));
+    const auto nick = stringForKey(call.body, "participant").value_or(customerNick(*comm));
     return done(
         desk.rooms.control().kick(text(*comm, "external_id"), nick, text(call.body, "reason")));
 }
@@ -131,6 +158,8 @@ void addLabRoomRoutes(Router& router, Desk& desk) {
     post("/lab/resolve", resolve);
     post("/lab/status", setStatus);
     post("/lab/kick", kick);
+    post("/lab/occupy", occupy);
+    post("/lab/replay", replay);
     post("/lab/cut", cut);
     post("/lab/destroy", destroy);
     router.add("GET", "/lab/participants", Body::none,

@@ -96,6 +96,15 @@ bool ProsodyControl::kick(const std::string& room, const std::string& nick,
         .has_value();
 }
 
+bool ProsodyControl::occupy(const std::string& room, const std::vector<std::string>& nicks) {
+    return call({{"operation", "occupy"}, {"room", room}, {"nicks", nicks}}).has_value();
+}
+
+bool ProsodyControl::replay(const std::string& room, const std::string& nick, int count) {
+    return call({{"operation", "replay"}, {"room", room}, {"nick", nick}, {"count", count}})
+        .has_value();
+}
+
 std::optional<int> ProsodyControl::cut(const std::string& jid) {
     const auto answer = call({{"operation", "cut"}, {"account", jid}});
     if (!answer) return std::nullopt;

@@ -74,6 +74,12 @@ class ProsodyControl {
     [[nodiscard]] bool kick(const std::string& room, const std::string& nick,
                             const std::string& reason = {});
 
+    /// Puts occupants with nobody behind them into the room. Those who are there are not told.
+    [[nodiscard]] bool occupy(const std::string& room, const std::vector<std::string>& nicks);
+
+    /// Whoever joins next is told `count` old lines of the occupant `nick`, whatever it asks for.
+    [[nodiscard]] bool replay(const std::string& room, const std::string& nick, int count);
+
     /// Closes the connections of a bare or full JID without a stream's end; how many there were.
     [[nodiscard]] std::optional<int> cut(const std::string& jid);
 

@@ -3,8 +3,10 @@
 -- "operation"; every answer is a JSON object.
 
 local array = require "util.array";
+local datetime = require "util.datetime";
 local json = require "util.json";
 local jid = require "util.jid";
+local st = require "util.stanza";
 local xml = require "util.xml";
 local usermanager = require "core.usermanager";
 local portmanager = require "core.portmanager";
@@ -135,6 +137,55 @@ function operations.kick(request)
 	if not room then return nil, "no such room"; end
 	return room:set_role(true, room.jid .. "/" .. request.nick, nil, request.reason);
 end
+
+-- Occupants with nobody behind them, to take nicknames and to fill rooms. Whoever joins later sees
+-- them; to tell those who are there would cost quadratic time in a crowd.
+local nobody = "nobody@" .. module.host;
+
+function operations.occupy(request)
+	local room = find_room(request);
+	if not room then return nil, "no such room"; end
+	for _, nick in ipairs(request.nicks) do
+		local occupant = room:new_occupant(nobody, room.jid .. "/" .. nick);
+		occupant:set_session(nobody .. "/" .. nick, st.presence());
+		room:save_occupant(occupant);
+	end
+	return true;
+end
+
+-- What cannot be delivered would be returned, and a room throws out whose stanzas are returned.
+local function swallow(event)
+	if jid.bare(event.stanza.attr.to) == nobody then return true; end
+end
+module:hook("message/full", swallow, 10);
+module:hook("presence/full", swallow, 10);
+module:hook("iq/full", swallow, 10);
+
+-- By room: how many lines the next to join is told for its history, whatever it asks for.
+local replays = {};
+
+function operations.replay(request)
+	local room = find_room(request);
+	if not room then return nil, "no such room"; end
+	replays[room.jid] = { count = request.count, from = room.jid .. "/" .. request.nick };
+	return true;
+end
+
+module:hook("muc-get-history", function (event)
+	local room = event.room.jid;
+	local replay = replays[room];
+	if not replay then return; end
+	replays[room] = nil;
+	local number, first = 0, now() - replay.count;
+	function event.next_stanza()
+		if number == replay.count then return nil; end
+		number = number + 1;
+		return st.message({ type = "groupchat", from = replay.from, to = event.to, id = "replay-" .. number })
+			:text_tag("body", "Line " .. number)
+			:tag("delay", { xmlns = "urn:xmpp:delay", from = room, stamp = datetime.datetime(first + number) }):up();
+	end
+	return true;
+end, 10);
 
 -- Closes the sockets of an account without a stream's end, as a network that fails.
 function operations.cut(request)

@@ -58,6 +58,18 @@ TEST_F(ChatTest, TheCredentialBlockOpensWithTheKeyOfTheIntegration) {
     EXPECT_FALSE(credentials["password"].get<std::string>().empty());
 }
 
+TEST_F(ChatTest, SomebodyTakesANicknameUntilKickedOut) {
+    const Json issue = {{"issue", text("id")}};
+    ASSERT_TRUE(service_.post("/occupy", issue));
+    ASSERT_TRUE(service_.say(text("id"), "The ghost hears nothing, and stays."));
+    const auto inRoom = [&] {
+        return service_.get("/participants?issue=" + text("id"))->at("results").size();
+    };
+    EXPECT_EQ(inRoom(), 1U);
+    ASSERT_TRUE(service_.post("/kick", issue));
+    EXPECT_EQ(inRoom(), 0U);
+}
+
 TEST_F(ChatTest, AnIssueLivesFromCreatedToRated) {
     EXPECT_EQ(text("reference_num"), "SC-" + text("id"));
     EXPECT_EQ(stored()["status"], 1);
