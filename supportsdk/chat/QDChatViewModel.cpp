@@ -4,8 +4,6 @@
 #include <chrono>
 #include <iterator>
 
-#include "supportsdk/platform/Stanza.h"
-
 namespace supportsdk {
 
 namespace {
@@ -16,11 +14,6 @@ constexpr std::chrono::minutes largestClockDifference{1};
 /// Lines without a date come first.
 Clock::Time dateOf(const QuorrandChatMessage& message) {
     return message.date.value_or(Clock::Time{});
-}
-
-/// Where the id is a digest, because the room sent none.
-bool cameWithoutId(const QuorrandChatMessage& message) {
-    return message.xmppMessage && message.xmppMessage->attribute("id").value_or("").empty();
 }
 
 std::string words(const QuorrandChatMessage& message) {
@@ -83,7 +76,7 @@ void QDChatViewModel::restoreMessages(std::vector<Message> earlier) {
                                  }),
                   earlier.end());
     for (const auto& message : earlier) {
-        if (!message->isDelayed && cameWithoutId(*message))
+        if (!message->isDelayed && message->hasComputedId)
             heardLive_.emplace(words(*message), message);
         if (!messages_.empty() || message != earlier.back()) freeze(*message);
     }
@@ -98,8 +91,7 @@ bool QDChatViewModel::isRestoredMessage(const QuorrandChatMessage& message) cons
 
 QDChatViewModel::HeardLive::const_iterator QDChatViewModel::findHeardLive(
     const QuorrandChatMessage& message) const {
-    if (heardLive_.empty() || !message.isDelayed || !cameWithoutId(message))
-        return heardLive_.end();
+    if (heardLive_.empty() || !message.isDelayed || !message.hasComputedId) return heardLive_.end();
     const auto [begin, end] = heardLive_.equal_range(words(message));
     const auto sameId =
         std::find_if(begin, end, [&](const auto& one) { return one.second->id == message.id; });

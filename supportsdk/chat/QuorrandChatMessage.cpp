@@ -178,6 +178,7 @@ void QuorrandChatMessage::calculateId() {
     if (id && !id->empty()) return;
     id = MD5(from.value_or("") + text.value_or("") +
              (date ? dateText(*platform_->clock, *date) : ""));
+    hasComputedId = true;
 }
 
 void QuorrandChatMessage::determineMessageType() {

@@ -104,6 +104,8 @@ class SUPPORTSDK_API QuorrandChatMessage
     bool isValidMessage = false;
     /// A newer line has frozen its buttons.
     bool disabled = false;
+    /// It came without an id, and `id` is a digest.
+    bool hasComputedId = false;
     /// Null on transcript and dictionary lines.
     std::shared_ptr<const Stanza> xmppMessage;
     std::optional<std::string> id;
