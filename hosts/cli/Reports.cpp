@@ -7,17 +7,27 @@
 
 namespace supportsdk::host {
 
+namespace {
+
+constexpr auto replaceDamage = Json::error_handler_t::replace;
+
+}  // namespace
+
 void Reports::write(const std::string& is, const Json& fields) {
     if (isClosed_) return;
     using std::chrono::milliseconds;
     const auto age = std::chrono::steady_clock::now() - start_;
-    nlohmann::ordered_json report;
-    report["is"] = is;
-    report["at"] = std::chrono::duration_cast<milliseconds>(age).count();
-    for (const auto& [key, value] : fields.items()) report[key] = value;
+    auto line = "{\"is\":" + Json(is).dump() +
+                ",\"at\":" + std::to_string(std::chrono::duration_cast<milliseconds>(age).count());
+    // The state of a long chat has megabytes: it is written out once and not copied before.
+    const auto rest = fields.empty() ? "{}" : fields.dump(-1, ' ', false, replaceDamage);
+    line += rest.size() > 2 ? "," : "";
+    line.append(rest, 1).append("\n");
+    send(line);
+}
 
-    const auto line = report.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
-    for (std::string_view rest = line; !rest.empty();) {
+void Reports::send(std::string_view rest) {
+    while (!rest.empty()) {
         const auto written = ::write(descriptor_, rest.data(), rest.size());
         if (written < 0 && errno == EINTR) continue;
         if (written < 0 && errno == EAGAIN) {

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <string>
+#include <string_view>
 
 #include "supportsdk/platform/Values.h"
 
@@ -18,6 +19,8 @@ class Reports {
     void refuse(const std::string& why) { write("refused", {{"why", why}}); }
 
  private:
+    void send(std::string_view rest);
+
     const int descriptor_;
     const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
     bool isClosed_ = false;

@@ -10,12 +10,14 @@ namespace supportsdk::service {
 namespace {
 
 constexpr char standardScript[] = R"script({
-  "greeting": ["Hello, this is support. How can I help?"],
+  "greeting": ["Hello, this is support (smile) How can I help?"],
   "rules": [
     {"words": ["thank", "bye"], "resolve": true,
      "say": ["You are welcome! I have marked this case as resolved."]},
     {"words": ["it is green", "green light"],
-     "say": ["Good. Then press the button at the lower edge for three seconds, please."]},
+     "say": [{"kind": "kb", "message": "Good. This article shows the button that helps:",
+              "kb": {"id": "kb-3", "title": "The screen stays dark",
+                     "preview": "Check+that+the+light+is+green.", "preview_length": 30}}]},
     {"words": ["dark", "black", "screen", "display"],
      "say": [{"kind": "extended", "message": "I am sorry to hear that. What does the status light say?",
               "actions": [
@@ -23,6 +25,8 @@ constexpr char standardScript[] = R"script({
                 {"key": "off", "lbl": "It is off", "uri": "qd-msg://The light is off"}]}]},
     {"words": ["light is off"],
      "say": ["Then the display has no power. Please check the cable at its back."]},
+    {"words": ["the light", "picture"],
+     "say": ["I see it (bulb) That is as it should be."]},
     {"words": ["article", "help", "manual"],
      "say": [{"kind": "kb", "message": "This may help:",
               "kb": {"id": "kb-3", "title": "The screen stays dark",

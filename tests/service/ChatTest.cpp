@@ -99,7 +99,7 @@ TEST_F(ChatTest, TheChatRecordNamesTheRoomAndWhoMaySpeak) {
     EXPECT_EQ(record["external_id"], "chat-" + text("comm_id") + "@rooms.support.test");
     EXPECT_EQ(record["comm"]["title"], "Support for Jo Linden");
     EXPECT_EQ(record["participants_eligible"]["members_users:u-101"]["name"], "Jo Linden");
-    EXPECT_EQ(record["participants_eligible"]["partners_users:7"]["alias"], "robin");
+    EXPECT_EQ(record["participants_eligible"]["partners_users:7"]["alias"], "@robin");
 }
 
 TEST_F(ChatTest, WhatIsSaidInTheRoomBecomesTheTranscript) {
