@@ -19,7 +19,7 @@ void QDChatViewController::viewDidLoad() {
     engine_->delegate = weak<QDChatViewController>(this);
     engine_->typingType = 0;
     if (isReadOnly) return;
-    entryView = std::make_shared<QDChatMessageEntryView>(*platform().localizer);
+    entryView = QDChatMessageEntryView::messageEntryViewWithFrame(engine_);
     entryView->delegate = weak<QDChatViewController>(this);
 }
 
