@@ -15,6 +15,9 @@ namespace {
 /// Beyond this a text counts as pasted.
 constexpr std::size_t longestTypedText = 4096;
 
+/// The bar's button shows a picture and has no words of its own.
+constexpr std::string_view attachLabel = "Attach";
+
 const char* nameOf(ChatMessageType type) {
     switch (type) {
         case ChatMessageType::CallInvitation:
@@ -58,9 +61,7 @@ Json ChatAdapter::state() const {
                    {"typing", engine.typingType != 0},
                    {"online", engine.isRoomJoined()},
                    {"groups", Json::array()}};
-    if (const auto& entry = chat_->entryView; entry && !chat_->isReadOnly) {
-        fields["entry"] = {{"text", entry->text()}, {"sendEnabled", entry->isSendEnabled()}};
-    }
+    if (const auto bar = entry()) fields["entry"] = describeEntry(*bar);
     for (const auto& group : engine.viewModel->messageGroups()) {
         Json lines = Json::array();
         for (const auto& line : group) lines.push_back(describeLine(*line));
@@ -69,6 +70,31 @@ Json ChatAdapter::state() const {
         fields["groups"].push_back(std::move(shown));
     }
     return fields;
+}
+
+std::shared_ptr<QDChatMessageEntryView> ChatAdapter::entry() const {
+    return chat_->isReadOnly ? nullptr : chat_->entryView;
+}
+
+Json ChatAdapter::describeEntry(const QDChatMessageEntryView& bar) const {
+    Json fields = {{"text", bar.text()}, {"sendEnabled", bar.isSendEnabled()}};
+    const auto& list = *bar.autocompletionTableView;
+    for (std::size_t index = 0; !list.isHidden && index < list.numberOfRows(); ++index) {
+        const auto row = list.rowAt(index);
+        if (!row) continue;
+        Json shown = {{"label", row->text}};
+        put(shown, "detail", row->detail);
+        if (row->detail) shown["image"] = row->image ? "found" : "missing";
+        fields["suggestions"].push_back(std::move(shown));
+    }
+    return fields;
+}
+
+void ChatAdapter::entryDidChange() {
+    const auto bar = entry();
+    if (!bar || isActing_) return;
+    auto shown = describeEntry(*bar);
+    if (std::exchange(knownEntry_, shown) != shown) reloaded_();
 }
 
 Json ChatAdapter::describeLine(const QuorrandChatMessage& line) const {
@@ -100,6 +126,10 @@ Json ChatAdapter::describeLine(const QuorrandChatMessage& line) const {
 }
 
 bool ChatAdapter::pressControl(const std::string& label) {
+    if (const auto bar = label == attachLabel ? entry() : nullptr) {
+        bar->attach();
+        return true;
+    }
     const auto& groups = chat_->engine().viewModel->messageGroups();
     for (auto group = groups.rbegin(); group != groups.rend(); ++group) {
         for (auto line = group->rbegin(); line != group->rend(); ++line) {
@@ -138,22 +168,41 @@ std::shared_ptr<QuorrandChatMessage> ChatAdapter::lineOf(const std::string& id) 
 }
 
 bool ChatAdapter::type(const std::string& text, const std::optional<std::string>& field) {
-    const auto entry = chat_->entryView;
-    if (field || !entry || chat_->isReadOnly) return false;
+    const auto bar = entry();
+    if (field || !bar) return false;
+    isActing_ = true;
     if (text.size() <= longestTypedText) {
-        entry->setText("");
+        bar->setText("");
         for (std::size_t end = 1; end < text.size(); ++end) {
-            if (!isContinuation(text[end])) entry->setText(text.substr(0, end));
+            if (!isContinuation(text[end])) bar->setText(text.substr(0, end));
         }
     }
-    entry->setText(text);
+    bar->setText(text);
+    isActing_ = false;
+    // The text itself is no news; what is suggested for it is.
+    knownEntry_["text"] = text;
+    knownEntry_["sendEnabled"] = bar->isSendEnabled();
+    entryDidChange();
+    return true;
+}
+
+bool ChatAdapter::select(std::size_t section, std::size_t row) {
+    const auto bar = entry();
+    if (!bar || section != 0) return false;
+    const auto list = bar->autocompletionTableView;
+    if (list->isHidden || row >= list->numberOfRows()) return false;
+    // It stands between two words and between shown and hidden suggestions meanwhile.
+    isActing_ = true;
+    list->didSelectRow(row);
+    isActing_ = false;
+    entryDidChange();
     return true;
 }
 
 bool ChatAdapter::send() {
-    const auto entry = chat_->entryView;
-    if (!entry || chat_->isReadOnly || !entry->isSendEnabled()) return false;
-    entry->send();
+    const auto bar = entry();
+    if (!bar || !bar->isSendEnabled()) return false;
+    bar->send();
     return true;
 }
 
