@@ -14,6 +14,8 @@
 #include "supportsdk/chat/ChatLineParts.h"
 #include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/chat/QuorrandChatDelegate.h"
+#include "supportsdk/chat/RoomRecovery.h"
+#include "supportsdk/chat/SentLines.h"
 #include "supportsdk/platform/Export.h"
 #include "supportsdk/platform/Platform.h"
 #include "supportsdk/theme/ChatImageReceiver.h"
@@ -39,7 +41,7 @@ enum class ChatSend {
     empty,
     /// It would make a stanza of more than maximumStanzaBytes.
     tooLong,
-    /// No room, or no live stream.
+    /// Not in a room.
     offline
 };
 
@@ -82,7 +84,10 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     // --- Room (QuorrandChatRoom.cpp) ---
 
     /// Enters the room (XEP-0045, 7.2) with up to 50 lines of its history. Reports at once, with a
-    /// null room, when it is joined already. A refusal is logged, and heard as the join's time-out.
+    /// null room, when it is joined already. A refusal is logged, and heard as the join's time-out;
+    /// a taken nickname, which may be one's own of a connection that the server takes for alive,
+    /// and what the room calls temporary, is tried again every few seconds, also after the
+    /// time-out.
     void joinRoom(const std::optional<std::string>& roomJid,
                   const std::optional<std::string>& occupantNickname);
     void leaveRoom();
@@ -103,7 +108,7 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
 
     /// Sends one line to the room. Control characters are removed and damaged UTF-8 becomes U+FFFD.
     /// Unless `sendOnly`, the delegate then gets a local echo; the list gets the line when the room
-    /// reflects it.
+    /// reflects it. A line that is not reflected for 10 seconds has the connection checked.
     ChatSend sendGroupchatMessage(const std::string& text, bool sendOnly);
     /// A line for one user instead of the room (RFC 6121, 5.2.2).
     void sendMessage(const std::string& text, const std::string& user);
@@ -161,6 +166,8 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
                                                             const std::string& extension) const;
     [[nodiscard]] std::optional<std::string> pathForResource(const std::string& name,
                                                              const std::string& type) const;
+    /// Puts a picture among the person's own. False when the platform has no place for it.
+    bool savePhotoToAlbum(const ImagePtr& photo);
     /// A picture of the kit by its file name; null when it is missing or damaged.
     [[nodiscard]] ImagePtr imageForResource(const std::string& fileName) const;
     /// The frames of an emoticon's picture; null when it is missing or damaged. Decoded once.
@@ -287,9 +294,22 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     std::shared_ptr<QDChatViewModel> makeViewModel();
     [[nodiscard]] QDChatViewModel& roomLines() { return aside_ ? *aside_ : *viewModel; }
     void roomDidJoin();
-    void roomDidLeave();
+    void roomDidRefuseJoin(const Stanza& presence);
+    void roomDidLeave(bool requested);
+    void roomDidRefuseMessage(const Stanza& error);
+    void roomDidReceive(const std::shared_ptr<const Stanza>& stanza);
     [[nodiscard]] bool fits(const Stanza& stanza) const;
     void echo(const std::shared_ptr<const Stanza>& stanza, const std::string& text);
+
+    // After a lost connection (QuorrandChatRecovery.cpp)
+    [[nodiscard]] ChatPlace place();
+    void rememberLines();
+    void putLinesBack();
+    void confirmSentLine(const Stanza& reflection);
+    void historyDidEnd();
+    void watchSentLine(const std::string& id, const std::string& text);
+    [[nodiscard]] SentLines::Texts giveUpRecovery();
+    void reportNotSent(const SentLines::Texts& texts);
 
     template <typename Operation, typename... Arguments>
     void tellDelegate(Operation operation, const Arguments&... arguments) {
@@ -307,8 +327,14 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     std::shared_ptr<XmppRoom> xmppRoom_;
     /// The room's lines while the list shows another conversation; null while it shows them.
     std::shared_ptr<QDChatViewModel> aside_;
+    /// Since the last joinRoom() nobody has asked to leave.
+    bool joinWanted_ = false;
+    RoomRecovery recovery_;
+    SentLines sentLines_;
     Registration connectTimer_;
     Registration joinRoomTimer_;
+    /// Until a refused join is tried again.
+    Registration rejoinTimer_;
 };
 
 }  // namespace supportsdk

@@ -67,6 +67,7 @@ void QuorrandChat::retire(std::shared_ptr<XmppLink> link) {
 
 void QuorrandChat::dropStream() {
     retire(std::move(link_));
+    rejoinTimer_.reset();
     xmppRoom_.reset();
     roomName.reset();
 }
@@ -111,6 +112,8 @@ void QuorrandChat::didReceiveIQ(const Stanza& iq) {
 void QuorrandChat::linkDidEnd(XmppLink& link, const XmppStreamEnd& end) {
     if (&link == closingLink_.get()) return closingLinkDidEnd(end);
     if (&link != link_.get()) return;
+    if (isRoomJoined()) rememberLines();
+    sentLines_.doubtAll();
     dropStream();
     const bool refusedHere =
         end.loss == XmppLoss::certificate || end.loss == XmppLoss::noDescriptor;
@@ -118,10 +121,12 @@ void QuorrandChat::linkDidEnd(XmppLink& link, const XmppStreamEnd& end) {
         didNotAuthenticate(end);
     } else if (refusedHere && !link.wasAuthenticated()) {
         tellDelegate(&QuorrandChatDelegate::chatDidFailToConnect, end);
+        reportNotSent(sentLines_.takeAll());
     } else if (end.loss == XmppLoss::closedByServer && end.condition == "conflict") {
         // Another stream has taken over this account's resource. Taking it back would make the two
         // throw each other out for ever (RFC 6120, 4.9.3.3).
         tellDelegate(&QuorrandChatDelegate::chatDidDisconnect, end);
+        reportNotSent(sentLines_.takeAll());
     } else if (link.wasAuthenticated()) {
         if (connect()) tellDelegate(&QuorrandChatDelegate::chatDidLoseConnection);
     } else {

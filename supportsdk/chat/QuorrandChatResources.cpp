@@ -78,6 +78,10 @@ ImagePtr QuorrandChat::imageForResource(const std::string& fileName) const {
     return data ? platform->images->decode(*data) : nullptr;
 }
 
+bool QuorrandChat::savePhotoToAlbum(const ImagePtr& photo) {
+    return photo && platform->photoChooser->save(photo);
+}
+
 std::shared_ptr<const AnimatedImage> QuorrandChat::imageForEmoticon(
     const std::string& fileName) const {
     const auto [known, isNew] = emoticonImages_.try_emplace(fileName);

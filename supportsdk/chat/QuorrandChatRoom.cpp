@@ -9,6 +9,11 @@
 
 namespace supportsdk {
 
+namespace {
+// A ghost of one's own is gone within seconds once the server has noticed.
+constexpr std::chrono::seconds rejoinInterval{3};
+}  // namespace
+
 void QuorrandChat::sendStanza(std::string xml) {
     if (link_) link_->send(std::move(xml));
 }
@@ -29,6 +34,8 @@ void QuorrandChat::joinRoom(const std::optional<std::string>& roomJid,
     }
     muc = roomJid;
     nickname = occupantNickname;
+    joinWanted_ = true;
+    rejoinTimer_.reset();
     xmppRoom_ = makeRoom(muc.value_or(""));
     startJoinRoomTimer();
     xmppRoom_->joinRoomUsingNickname(nickname.value_or(""), historyStanza());
@@ -37,6 +44,9 @@ void QuorrandChat::joinRoom(const std::optional<std::string>& roomJid,
 void QuorrandChat::openConversation(const std::string& conversation) {
     if (const auto kept = std::exchange(aside_, nullptr)) viewModel = kept;
     if (viewModel->commId == conversation) return;
+    // Not reported: whoever listens now is at the other conversation.
+    if (!giveUpRecovery().empty())
+        platform->log->write("lines of another conversation have not been sent");
     viewModel->clearMessages();
     viewModel->setRoom(conversation);
 }
@@ -59,9 +69,14 @@ std::shared_ptr<XmppRoom> QuorrandChat::makeRoom(const std::string& roomJid) {
     };
     XmppRoom::Callbacks callbacks;
     callbacks.joined = forward([](QuorrandChat& chat) { chat.roomDidJoin(); });
-    callbacks.left = forward([](QuorrandChat& chat) { chat.roomDidLeave(); });
-    callbacks.message = forward(
-        [](QuorrandChat& chat, const auto& message) { chat.handleReceivedMessage(message); });
+    callbacks.joinRefused = forward(
+        [](QuorrandChat& chat, const Stanza& presence) { chat.roomDidRefuseJoin(presence); });
+    callbacks.left =
+        forward([](QuorrandChat& chat, bool requested) { chat.roomDidLeave(requested); });
+    callbacks.message =
+        forward([](QuorrandChat& chat, const auto& message) { chat.roomDidReceive(message); });
+    callbacks.messageRefused =
+        forward([](QuorrandChat& chat, const Stanza& error) { chat.roomDidRefuseMessage(error); });
     callbacks.configurationForm = forward([](QuorrandChat& chat, const Stanza& form) {
         chat.roomDidFetchConfigurationForm(*chat.xmppRoom_, form);
     });
@@ -88,19 +103,40 @@ void QuorrandChat::roomDidJoin() {
     unreadMessageCount = 0;
     updateUnreadMessageCount();
     roomLines().clearMessages();
+    recovery_.roomWasJoined(place());
     tellDelegate(&QuorrandChatDelegate::chatDidJoinRoom, room, std::nullopt);
 }
 
-void QuorrandChat::leaveRoom() {
-    if (!isConnected() || !isRoomJoined()) return;
-    roomLines().clearMessages();
-    xmppRoom_->leaveRoom();
+void QuorrandChat::roomDidRefuseJoin(const Stanza& presence) {
+    const bool mayChange = errorCondition(presence) == "conflict" ||
+                           std::string_view(presence.child("error").attribute("type").value()) ==
+                               "wait";  // RFC 6120, 8.3.2
+    if (!mayChange || !joinWanted_) return;
+    const auto delay = joinRoomTimer_ ? rejoinInterval : boundedTimeout();
+    rejoinTimer_ = platform->mainQueue->after(delay, [weak = weak_from_this()] {
+        const auto self = weak.lock();
+        if (!self || !self->xmppRoom_) return;
+        self->xmppRoom_->joinRoomUsingNickname(self->nickname.value_or(""), self->historyStanza());
+    });
 }
 
-void QuorrandChat::roomDidLeave() {
+void QuorrandChat::leaveRoom() {
+    const auto notSent = giveUpRecovery();
+    if (isConnected() && isRoomJoined()) {
+        roomLines().clearMessages();
+        xmppRoom_->leaveRoom();
+    }
+    reportNotSent(notSent);
+}
+
+void QuorrandChat::roomDidLeave(bool requested) {
     const auto room = xmppRoom_;
     roomName.reset();
+    if (!requested) rememberLines();
+    // What the room has taken, it had reflected before.
+    const auto notSent = requested ? SentLines::Texts{} : sentLines_.takeAll();
     tellDelegate(&QuorrandChatDelegate::chatDidLeaveRoom, room, std::nullopt);
+    reportNotSent(notSent);
 }
 
 void QuorrandChat::roomDidFetchConfigurationForm(XmppRoom& room, const Stanza& form) {
@@ -114,15 +150,16 @@ void QuorrandChat::requestRoomHistory() {
 ChatSend QuorrandChat::sendGroupchatMessage(const std::string& typedText, bool sendOnly) {
     const auto text = cleanText(typedText);
     if (text.empty()) return ChatSend::empty;
-    if (!xmppRoom_) return ChatSend::offline;
+    if (!isConnected() || !isRoomJoined()) return ChatSend::offline;
     const auto stanza = makeMessage(text);
-    setAttribute(stanza->root(), "id", generateUUID());
+    const auto id = generateUUID();
+    setAttribute(stanza->root(), "id", id);
     if (!fits(*stanza)) return ChatSend::tooLong;
-    const bool sent = isConnected();
     xmppRoom_->sendMessage(*stanza);
+    watchSentLine(id, text);
     firstUse = false;
     if (!sendOnly) echo(stanza, text);
-    return sent ? ChatSend::sent : ChatSend::offline;
+    return ChatSend::sent;
 }
 
 bool QuorrandChat::fits(const Stanza& stanza) const {
@@ -157,7 +194,10 @@ void QuorrandChat::handleReceivedMessage(const std::shared_ptr<const Stanza>& st
     if (!line->isValidMessage) return;
     line->showNotifications = showNotifications;
     if (!line->isDelayed && !isParticipant(line->from)) refreshEligibleParticipants();
+    const auto before = roomLines().messages().size();
     roomLines().addMessage(line);
+    if (line->isDelayed && recovery_.isReplaying())
+        recovery_.didReplay(roomLines().messages().size() == before);
     if (postUnreadMessageCount) {
         ++unreadMessageCount;
         updateUnreadMessageCount();

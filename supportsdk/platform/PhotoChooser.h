@@ -23,7 +23,7 @@ struct PhotoChooserOptions {
     bool hideClassificationOverlay = false;
 };
 
-/// Lets a person choose pictures, or take one. Main thread.
+/// The person's pictures: lets them choose some, or take one. Main thread.
 class PhotoChooser {
  public:
     virtual ~PhotoChooser() = default;
@@ -33,6 +33,9 @@ class PhotoChooser {
     /// then has chosen nothing.
     virtual void choose(const PhotoChooserOptions& options,
                         std::function<void(std::vector<PhotoItem>)> completion) = 0;
+
+    /// Adds a picture to them. False when they cannot be added to.
+    virtual bool save(const ImagePtr& /*photo*/) { return false; }
 };
 
 }  // namespace supportsdk

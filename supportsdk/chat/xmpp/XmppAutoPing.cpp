@@ -10,7 +10,10 @@ XmppAutoPing::XmppAutoPing(std::shared_ptr<MainQueue> queue, Callbacks callbacks
     : queue_(std::move(queue)), callbacks_(std::move(callbacks)) {}
 
 void XmppAutoPing::start() {
-    nextPing_ = queue_->after(interval_, [this] { ping(); });
+    nextPing_ = queue_->after(interval_, [this] {
+        start();
+        pingNow();
+    });
 }
 
 void XmppAutoPing::stop() {
@@ -29,11 +32,11 @@ bool XmppAutoPing::receive(const Stanza& stanza) {
     return true;
 }
 
-void XmppAutoPing::ping() {
+void XmppAutoPing::pingNow() {
+    if (!pendingId_.empty()) return;
     pendingId_ = generateUUID();
     const auto iq = makeIq("get", pendingId_);
     setAttribute(appendElement(iq->root(), "ping"), "xmlns", xmlns::ping);
-    start();
     deadline_ = queue_->after(timeout_, [this] {
         stop();
         const auto timedOut = callbacks_.timedOut;

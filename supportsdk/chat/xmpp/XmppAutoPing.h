@@ -28,13 +28,13 @@ class XmppAutoPing {
     /// Sends the first ping one interval from now.
     void start();
     void stop();
+    /// Pings now, unless an answer is waited for. The interval goes on as it was.
+    void pingNow();
 
     /// True when `stanza` was the answer that is waited for.
     bool receive(const Stanza& stanza);
 
  private:
-    void ping();
-
     const std::shared_ptr<MainQueue> queue_;
     const Callbacks callbacks_;
     std::chrono::milliseconds interval_{0};

@@ -38,6 +38,10 @@ void XmppLink::disconnect() {
     xmppStream_->disconnect();
 }
 
+void XmppLink::checkIsAlive() {
+    if (isAuthenticated()) xmppAutoPing_.pingNow();
+}
+
 void XmppLink::received(const std::shared_ptr<const Stanza>& stanza) {
     if (xmppAutoPing_.receive(*stanza) || xmppPing_.receive(*stanza)) return;
     if (callbacks_.received(*this, stanza)) return;

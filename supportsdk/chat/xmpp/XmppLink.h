@@ -28,6 +28,8 @@ class XmppLink : public std::enable_shared_from_this<XmppLink> {
     void connect(const XmppStreamOptions& options);
     void send(std::string xml) { xmppStream_->send(std::move(xml)); }
     void disconnect();
+    /// Pings at once, and drops the connection if nobody answers within the usual 10 seconds.
+    void checkIsAlive();
 
     [[nodiscard]] bool isConnecting() const { return xmppStream_->isConnecting(); }
     [[nodiscard]] bool isAuthenticated() const { return xmppStream_->isAuthenticated(); }

@@ -86,6 +86,9 @@ bool XmppRoom::receive(const std::shared_ptr<const Stanza>& stanza) {
         callbacks_.message(stanza);
     } else if (stanza->attribute("type") == "error") {
         log_->write("chat room refused a message: " + errorCondition(*stanza));
+        // Private errors of other occupants come through the room as well.
+        const auto self = shared_from_this();
+        if (from.resource.empty()) callbacks_.messageRefused(*stanza);
     }
     return true;
 }
@@ -114,9 +117,9 @@ void XmppRoom::receiveUnavailable(const Stanza& presence, const std::string& occ
     if (hasStatus(x, "307")) log_->write("removed from the chat room");
     if (childOf(x, "destroy")) log_->write("the chat room was destroyed");
     if (hasStatus(x, "332")) log_->write("the chat room's service shuts down");
-    state_ = State::outside;
+    const bool requested = std::exchange(state_, State::outside) == State::leaving;
     const auto self = shared_from_this();
-    callbacks_.left();
+    callbacks_.left(requested);
 }
 
 void XmppRoom::receiveError(const Stanza& presence) {
@@ -124,7 +127,10 @@ void XmppRoom::receiveError(const Stanza& presence) {
     log_->write(
         (state_ == State::joining ? "joining the chat room failed: " : "chat room error: ") +
         errorCondition(presence));
-    if (state_ == State::joining) state_ = State::outside;
+    if (state_ != State::joining) return;
+    state_ = State::outside;
+    const auto self = shared_from_this();
+    callbacks_.joinRefused(presence);
 }
 
 bool XmppRoom::receiveIq(const Stanza& iq) {

@@ -17,10 +17,14 @@ class XmppRoom : public std::enable_shared_from_this<XmppRoom> {
     struct Callbacks {
         /// One's own presence has come (status 110); history and traffic follow.
         std::function<void()> joined;
-        /// Left on request, removed, or the room is gone.
-        std::function<void()> left;
+        /// One may not enter, for now or for good; `presence` tells why.
+        std::function<void(const Stanza& presence)> joinRefused;
+        /// Left; without a request one was removed, or the room is gone.
+        std::function<void(bool requested)> left;
         /// A groupchat message of the room or of one of its occupants.
         std::function<void(const std::shared_ptr<const Stanza>& message)> message;
+        /// The room has not passed on a line of one's own; `error` has its id.
+        std::function<void(const Stanza& error)> messageRefused;
         /// The room's configuration form, as an `x` element in "jabber:x:data".
         std::function<void(const Stanza& form)> configurationForm;
     };
@@ -30,9 +34,11 @@ class XmppRoom : public std::enable_shared_from_this<XmppRoom> {
     XmppRoom(std::string jid, Send send, std::shared_ptr<Log> log, Callbacks callbacks);
 
     [[nodiscard]] const std::string& jid() const { return jid_; }
+    /// One's own, as the room writes it.
+    [[nodiscard]] const std::string& nickname() const { return nickname_; }
     [[nodiscard]] bool isJoined() const { return state_ == State::joined; }
 
-    /// Asks to enter (7.2). A refusal is logged with its condition and reported nowhere else.
+    /// Asks to enter (7.2); after a refusal, again. A refusal is logged with its condition.
     void joinRoomUsingNickname(const std::string& nickname, const std::shared_ptr<Stanza>& history);
     /// Asks to leave (7.14). Joined no more from now on; Callbacks::left follows with the room's
     /// answer.

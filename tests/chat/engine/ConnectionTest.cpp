@@ -180,6 +180,7 @@ TEST_F(Engine, reportsAJoinThatIsNotAnswered) {
     advance(30s);
     EXPECT_EQ(delegate->take(), (Heard{"connected", "join timed out"}));
     EXPECT_THAT(fake.log->lines, testing::Contains(testing::HasSubstr("conflict")));
+    EXPECT_EQ(stream().sent.size(), 3U) << "once more, and no answer";
 }
 
 TEST_F(Engine, pingsAndDropsAConnectionOnWhichNobodyAnswers) {

@@ -5,10 +5,13 @@
 #include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/chat/QuorrandChat.h"
 #include "supportsdk/chat/QuorrandChatMessage.h"
+#include "supportsdk/chat/xmpp/Stanzas.h"
 #include "supportsdk/core/NotificationCenter.h"
 #include "tests/support/FakePlatform.h"
 
 namespace supportsdk::test {
+
+using Heard = std::vector<std::string>;
 
 /// Writes down what it hears, in short words.
 struct RecordingChatDelegate : QuorrandChatDelegate {
@@ -25,6 +28,11 @@ struct RecordingChatDelegate : QuorrandChatDelegate {
     void chatDidReceiveMessage(QuorrandChat&, const Message& message) override {
         hear("line " + message->from.value_or("-") + ": " + message->text.value_or("-"));
         lines.push_back(message);
+    }
+    void chatDidNotSend(QuorrandChat&, const std::vector<std::string>& texts) override {
+        std::string event = "not sent:";
+        for (const auto& text : texts) event += " " + text;
+        hear(event);
     }
     void chatDidJoinRoom(QuorrandChat&, const std::shared_ptr<XmppRoom>& room,
                          const ChatError&) override {
@@ -60,8 +68,6 @@ struct RecordingChatDelegate : QuorrandChatDelegate {
     std::function<void(const std::string& event)> onEvent;
 };
 
-using Heard = std::vector<std::string>;
-
 /// An engine with credentials for the room "help@rooms.test", on fakes.
 struct Engine : testing::Test {
     Engine() {
@@ -91,6 +97,28 @@ struct Engine : testing::Test {
         stream().authenticate();
         enter();
         delegate->take();
+    }
+    /// The stream is lost, and another one takes its place in the room.
+    void rejoin() {
+        stream().end(XmppLoss::lost);
+        stream().authenticate();
+        enter();
+    }
+    /// The room has no more history.
+    void subject() const {
+        stream().receive("<message type='groupchat' from='help@rooms.test'><subject/></message>");
+    }
+    /// The last line that was sent comes back as if from the occupant `from`.
+    void reflect(const std::string& from = "members_users:1") const {
+        auto line = Stanza::parse(stream().sent.back());
+        setAttribute(line->root(), "from", "help@rooms.test/" + from);
+        stream().receive(line->xml());
+    }
+    [[nodiscard]] Heard list() const {
+        Heard lines;
+        for (const auto& line : chat->viewModel->messages())
+            lines.push_back(line->text.value_or("-"));
+        return lines;
     }
     void say(const std::string& from, const std::string& body, const std::string& more = {}) const {
         stream().receive("<message type='groupchat' from='help@rooms.test/" + from + "'><body>" +

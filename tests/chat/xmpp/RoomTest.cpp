@@ -14,16 +14,22 @@ struct Room : testing::Test {
     Room() {
         room = std::make_shared<XmppRoom>(
             "Help@rooms.test", [this](const std::string& xml) { sent.push_back(xml); }, log,
-            XmppRoom::Callbacks{[this] { events.emplace_back("joined"); },
-                                [this] {
-                                    events.emplace_back("left");
-                                    room.reset();  // as one who is done with it
-                                },
-                                [this](const auto& message) {
-                                    events.push_back("message " +
-                                                     message->childText("body").value_or("-"));
-                                },
-                                [this](const Stanza& form) { events.push_back(form.xml()); }});
+            XmppRoom::Callbacks{
+                [this] { events.emplace_back("joined"); },
+                [this](const Stanza& presence) {
+                    events.push_back("kept out: " + errorCondition(presence));
+                },
+                [this](bool requested) {
+                    events.emplace_back(requested ? "left" : "thrown out");
+                    room.reset();  // as one who is done with it
+                },
+                [this](const auto& message) {
+                    events.push_back("message " + message->childText("body").value_or("-"));
+                },
+                [this](const Stanza& error) {
+                    events.push_back("refused " + error.attribute("id").value_or("-"));
+                },
+                [this](const Stanza& form) { events.push_back(form.xml()); }});
     }
 
     bool receive(const std::string& xml) {
@@ -74,7 +80,7 @@ TEST_P(RoomEnd, isReportedOnceAndForOneselfOnly) {
     presence("me", "type='unavailable'", GetParam());
     EXPECT_FALSE(held->isJoined());
     held->receive(Stanza::parse("<presence from='help@rooms.test/me' type='unavailable'/>"));
-    EXPECT_EQ(events, (std::vector<std::string>{"joined", "left"}));
+    EXPECT_EQ(events, (std::vector<std::string>{"joined", "thrown out"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Ways, RoomEnd,
@@ -104,9 +110,14 @@ TEST_F(Room, deliversGroupchatOfItselfOnly) {
         receive("<message from='evil@rooms.test/you' type='groupchat'><body>b</body>"
                 "</message>"));
     EXPECT_FALSE(receive("<message type='groupchat'><body>c</body></message>"));
+    receive("<message from='help@rooms.test' id='1' type='error'/>");
+    receive("<message from='help@rooms.test/you' id='2' type='error'/>");
     room->leaveRoom();
     receive("<message from='help@rooms.test/you' type='groupchat'><body>late</body></message>");
-    EXPECT_EQ(events, (std::vector<std::string>{"joined", "message a"}));
+    EXPECT_EQ(events, (std::vector<std::string>{"joined", "message a", "refused 1"}))
+        << "an error of an occupant is no word of the room";
+    presence("me", "type='unavailable'", "");
+    EXPECT_EQ(events.back(), "left");
 }
 
 TEST_F(Room, handsItsConfigurationOutAndBack) {
