@@ -3,18 +3,16 @@
 #include <algorithm>
 #include <chrono>
 #include <iterator>
+#include <utility>
+
+#include "supportsdk/chat/QuorrandChat.h"
+#include "supportsdk/chat/QuorrandChatMessage.h"
 
 namespace supportsdk {
 
 namespace {
 
-constexpr std::chrono::seconds longestGap{120};
 constexpr std::chrono::minutes largestClockDifference{1};
-
-/// Lines without a date come first.
-Clock::Time dateOf(const QuorrandChatMessage& message) {
-    return message.date.value_or(Clock::Time{});
-}
 
 std::string words(const QuorrandChatMessage& message) {
     // No zero byte can be in either.
@@ -24,7 +22,7 @@ std::string words(const QuorrandChatMessage& message) {
 bool areClose(const QuorrandChatMessage& left, const QuorrandChatMessage& right) {
     // Seconds, because dates may be further apart than the clock's type can count.
     const auto seconds = [](const QuorrandChatMessage& message) {
-        return std::chrono::floor<std::chrono::seconds>(dateOf(message));
+        return std::chrono::floor<std::chrono::seconds>(message.date.value_or(Clock::Time{}));
     };
     return std::chrono::abs(seconds(left) - seconds(right)) <= largestClockDifference;
 }
@@ -34,16 +32,13 @@ void freeze(QuorrandChatMessage& message) {
     message.disableChatActionButtons();
 }
 
-bool isEarlier(const QDChatViewModel::Message& left, const QDChatViewModel::Message& right) {
-    return dateOf(*left) < dateOf(*right);
-}
-
 }  // namespace
 
-QDChatViewModel::QDChatViewModel(std::weak_ptr<const ChatParticipants> participants)
-    : participants_(std::move(participants)) {}
+QDChatViewModel::QDChatViewModel(const std::weak_ptr<QuorrandChat>& engine)
+    : engine_(engine), groups_(engine) {}
 
 void QDChatViewModel::addMessage(const Message& message) {
+    if (!message) return;
     if (isDuplicateMessage(*message) || isRestoredMessage(*message)) {
         forgetHeardLive(*message);
         return;
@@ -51,17 +46,10 @@ void QDChatViewModel::addMessage(const Message& message) {
     if (message->hasChatState() && !message->hasComposingChatState()) return;
     // Every other line was frozen when its successor came.
     if (!messages_.empty()) freeze(*messages_.back());
+    addHistoryEntry(message);
     messages_.push_back(message);
     if (message->id) ids_.insert(*message->id);
-
-    const bool isNewest = groups_.empty() || !isEarlier(message, groups_.back().back());
-    const auto participants = participants_.lock();
-    const bool isUnchanged = participants && participants->participantsRevision() == revision_;
-    if (!isUnchanged || !isNewest) {
-        groupMessages();
-    } else if (isShown(*message)) {
-        appendToGroups(message);
-    }
+    groups_.addLast(messages_);
 }
 
 bool QDChatViewModel::isDuplicateMessage(const QuorrandChatMessage& message) const {
@@ -110,10 +98,15 @@ void QDChatViewModel::forgetHeardLive(const QuorrandChatMessage& message) {
 }
 
 void QDChatViewModel::clearMessages() {
-    messages_.clear();
-    ids_.clear();
-    heardLive_.clear();
+    removeAll();
     groupMessages();
+}
+
+void QDChatViewModel::removeAll() {
+    // Not clear(), which would keep the memory of a long chat.
+    messages_ = std::vector<Message>();
+    ids_ = std::unordered_set<std::string>();
+    heardLive_ = HeardLive();
 }
 
 QDChatViewModel::Message QDChatViewModel::lastMessage() const {
@@ -121,26 +114,29 @@ QDChatViewModel::Message QDChatViewModel::lastMessage() const {
 }
 
 void QDChatViewModel::groupMessages() {
-    groups_.clear();
-    if (const auto participants = participants_.lock())
-        revision_ = participants->participantsRevision();
-    std::vector<Message> shown;
-    std::copy_if(messages_.begin(), messages_.end(), std::back_inserter(shown),
-                 [this](const Message& message) { return isShown(*message); });
-    std::stable_sort(shown.begin(), shown.end(), isEarlier);
-    for (const auto& message : shown) appendToGroups(message);
+    groups_.rebuild(messages_);
 }
 
-bool QDChatViewModel::isShown(const QuorrandChatMessage& message) {
-    const auto participants = participants_.lock();
-    return participants && participants->isParticipant(message.from);
+void QDChatViewModel::addHistoryEntry(const Message& message) {
+    const auto engine = engine_.lock();
+    if (!isLocalHistory || !message || !engine || !engine->commId) return;
+    history_.addEntry(*engine->defaults, *engine->commId, message->dict());
 }
 
-void QDChatViewModel::appendToGroups(const Message& message) {
-    const bool opensGroup =
-        groups_.empty() || dateOf(*message) > dateOf(*groups_.back().back()) + longestGap;
-    if (opensGroup) groups_.emplace_back();
-    groups_.back().push_back(message);
+void QDChatViewModel::loadHistory() {
+    const auto engine = engine_.lock();
+    if (!isLocalHistory || !engine || !engine->commId) return;
+    const auto stored = history_.load(*engine->defaults, *engine->commId);
+    if (!stored) return;
+    removeAll();
+    groups_.invalidate();
+    for (const auto& entry : *stored) {
+        if (!entry.is_object()) continue;
+        const auto line = QuorrandChatMessage::createWithDict(*engine, entry);
+        if (!messages_.empty()) freeze(*messages_.back());
+        if (line->id) ids_.insert(*line->id);
+        messages_.push_back(line);
+    }
 }
 
 }  // namespace supportsdk

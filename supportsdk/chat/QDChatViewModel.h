@@ -1,45 +1,46 @@
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
-#include "supportsdk/chat/QuorrandChatMessage.h"
+#include "supportsdk/chat/ChatGroups.h"
+#include "supportsdk/chat/ChatHistoryStore.h"
+#include "supportsdk/chat/ChatLineParts.h"
 #include "supportsdk/platform/Export.h"
 
 namespace supportsdk {
 
-/// Who takes part in the conversation, as the list needs to know it.
-class ChatParticipants {
- public:
-    virtual ~ChatParticipants() = default;
-
-    /// Whether lines of this sender may be shown.
-    [[nodiscard]] virtual bool isParticipant(const std::optional<std::string>& from) const = 0;
-
-    /// Another number whenever an answer of isParticipant() may have changed.
-    [[nodiscard]] virtual std::uint64_t participantsRevision() const = 0;
-};
+class QDChatCollectionView;
+class QuorrandChat;
 
 /// The lines of the current chat, and the groups that a list shows them in. The engine owns one,
-/// which outlives screens. Main thread.
-class SUPPORTSDK_API QDChatViewModel {
+/// which outlives screens, and is the data source of the lists that show it. Main thread.
+class SUPPORTSDK_API QDChatViewModel : public std::enable_shared_from_this<QDChatViewModel> {
  public:
-    using Message = std::shared_ptr<QuorrandChatMessage>;
-    using Group = std::vector<Message>;
+    using Message = ChatGroups::Message;
+    using Group = ChatGroups::Group;
 
-    /// Nobody takes part once `participants` is gone.
-    explicit QDChatViewModel(std::weak_ptr<const ChatParticipants> participants);
+    // Names under which a list keeps its cells for reuse.
+    static constexpr std::string_view typingCellIdentifier = "QDChatTypingCollectionViewCell";
+    static constexpr std::string_view headerCellIdentifier = "QDChatHeaderCollectionViewCell";
+    static constexpr std::string_view messageCellIdentifier = "QDChatCollectionViewCell";
+
+    /// Nobody takes part, and nothing is stored, once the engine is gone.
+    explicit QDChatViewModel(const std::weak_ptr<QuorrandChat>& engine);
 
     void setRoom(const std::optional<std::string>& room) { commId = room; }
 
-    /// Takes a line, freezes the buttons of the earlier ones and regroups; drops a duplicate, and a
-    /// line whose chat state is other than composing. Takes constant time for a line that is the
-    /// newest by date too.
+    // --- Lines ---
+
+    /// Takes a line, freezes the buttons of the earlier ones, adds it to the local history and
+    /// regroups; drops a duplicate, and a line whose chat state is other than composing. Takes
+    /// constant time for a line that is the newest by date too. Null is ignored.
     void addMessage(const Message& message);
     /// Whether a line with the same id is here already.
     [[nodiscard]] bool isDuplicateMessage(const QuorrandChatMessage& message) const;
@@ -66,25 +67,52 @@ class SUPPORTSDK_API QDChatViewModel {
     /// All lines, in order of arrival. Lines of people who are no participants stay here until they
     /// may be shown.
     [[nodiscard]] const std::vector<Message>& messages() const { return messages_; }
-    /// What is shown: lines in order of their date, those of one date in order of arrival, and a
-    /// new group wherever more than 120 seconds lie between two lines.
-    [[nodiscard]] const std::vector<Group>& messageGroups() const { return groups_; }
+    /// What is shown of them.
+    [[nodiscard]] const std::vector<Group>& messageGroups() const { return groups_.all(); }
+
+    // --- Local history ---
+
+    void useLocalHistory(bool isUsed) { isLocalHistory = isUsed; }
+    /// Stores a line under the engine's `commId`; nothing without `isLocalHistory`, a line or a
+    /// `commId`.
+    void addHistoryEntry(const Message& message);
+    /// Puts what is stored for the engine's `commId` into the place of the lines, without grouping
+    /// it; only the last line's buttons are live. The first call, and one that finds nothing, leave
+    /// the lines alone, and the first call empties the store; nothing happens without
+    /// `isLocalHistory` or a `commId`. Entries that are no dictionaries are left out.
+    void loadHistory();
+
+    // --- The list's questions; a place that is not there gives 0 and nothing ---
+
+    /// Becomes the list's data source, and tells it the cells' names.
+    void setupCollectionView(QDChatCollectionView& list);
+    [[nodiscard]] std::size_t numberOfSectionsInCollectionView() const;
+    [[nodiscard]] std::size_t numberOfItemsInSection(std::size_t section) const;
+    [[nodiscard]] std::optional<ChatCell> cellForItemAtIndexPath(const ChatIndexPath& path) const;
+    /// In points, for a list of this width. A line remembers its size in `cellSize`.
+    ChatCellSize sizeForItemAtIndexPath(const ChatIndexPath& path, double listWidth) const;
 
     /// The conversation.
     std::optional<std::string> commId;
+    /// Lines are kept on this device.
+    bool isLocalHistory = false;
 
  private:
-    [[nodiscard]] bool isShown(const QuorrandChatMessage& message);
-    void appendToGroups(const Message& message);
+    enum class Place { none, typing, header, line };
+    [[nodiscard]] Place placeAt(const ChatIndexPath& path) const;
+    [[nodiscard]] const Message& lineAt(const ChatIndexPath& path) const;
+    [[nodiscard]] double heightOf(const QuorrandChatMessage& line) const;
+    [[nodiscard]] std::string usernameOf(const QuorrandChatMessage& line) const;
+    void removeAll();
+
     using HeardLive = std::unordered_multimap<std::string, Message>;
     [[nodiscard]] HeardLive::const_iterator findHeardLive(const QuorrandChatMessage& message) const;
     void forgetHeardLive(const QuorrandChatMessage& message);
 
-    const std::weak_ptr<const ChatParticipants> participants_;
-    /// Of the time when the groups were built.
-    std::uint64_t revision_ = 0;
+    const std::weak_ptr<QuorrandChat> engine_;
     std::vector<Message> messages_;
-    std::vector<Group> groups_;
+    ChatGroups groups_;
+    ChatHistoryStore history_;
     std::unordered_set<std::string> ids_;
     /// Restored lines, by sender and text, that the history may tell again under another id.
     HeardLive heardLive_;

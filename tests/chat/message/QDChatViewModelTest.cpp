@@ -1,9 +1,12 @@
 #include "supportsdk/chat/QDChatViewModel.h"
 
+#include <limits>
 #include <random>
 #include <set>
 
 #include "supportsdk/chat/QDChatActionButton.h"
+#include "supportsdk/chat/QDChatButtonCollectionView.h"
+#include "supportsdk/chat/QDChatCollectionView.h"
 #include "tests/chat/ChatFixture.h"
 
 namespace supportsdk::test {
@@ -35,32 +38,31 @@ class ChatViewModel : public ChatFixture, public testing::Test {
     [[nodiscard]] std::vector<QDChatViewModel::Group> plainRule() const {
         QDChatViewModel::Group kept;
         for (const auto& message : model.messages()) {
-            if (!hidden.contains(*message->from)) kept.push_back(message);
+            if (chat->isParticipant(message->from)) kept.push_back(message);
         }
-        std::stable_sort(kept.begin(), kept.end(), [](const auto& left, const auto& right) {
-            return left->date < right->date;
+        const auto dateOf = [](const auto& message) {
+            return message->date.value_or(Clock::Time{});
+        };
+        std::stable_sort(kept.begin(), kept.end(), [&](const auto& left, const auto& right) {
+            return dateOf(left) < dateOf(right);
         });
         std::vector<QDChatViewModel::Group> groups;
         for (const auto& message : kept) {
-            if (groups.empty() || *message->date - *groups.back().back()->date > 120s)
+            if (groups.empty() || dateOf(message) - dateOf(groups.back().back()) > 120s)
                 groups.emplace_back();
             groups.back().push_back(message);
         }
         return groups;
     }
 
-    struct Participants : ChatParticipants {
-        [[nodiscard]] bool isParticipant(const std::optional<std::string>& from) const override {
-            return !hidden.contains(*from);
-        }
-        [[nodiscard]] std::uint64_t participantsRevision() const override { return revision; }
-        std::set<std::string> hidden;
-        std::uint64_t revision = 1;
-    };
+    void letIn(const std::set<std::string>& senders) const {
+        Json eligible = Json::object();
+        for (const auto& sender : senders) eligible[sender] = {{"name", "Ms " + sender}};
+        chat->setParticipantsEligible(eligible);
+    }
+    void SetUp() override { letIn({"", "agent"}); }
 
-    std::shared_ptr<Participants> participants = std::make_shared<Participants>();
-    std::set<std::string>& hidden = participants->hidden;
-    QDChatViewModel model{participants};
+    QDChatViewModel model{chat};
 };
 
 TEST_F(ChatViewModel, GapIsMeasuredFromTheLineBefore) {
@@ -88,15 +90,13 @@ TEST_F(ChatViewModel, DuplicateChangesNothing) {
 }
 
 TEST_F(ChatViewModel, StrangersAreHeldBackUntilTheyMayBeShown) {
-    hidden = {"stranger"};
     model.addMessage(at(0min, "hello"));
     const auto held = at(1min, "psst", "stranger");
     model.addMessage(held);
     EXPECT_THAT(shown(), ElementsAre(ElementsAre("hello")));
     EXPECT_EQ(model.lastMessage(), held);
 
-    hidden.clear();
-    ++participants->revision;
+    chat->ignoreParticipantStatus = true;
     model.addMessage(at(1min, "who?"));
     EXPECT_THAT(shown(), ElementsAre(ElementsAre("hello", "psst", "who?")));
 }
@@ -155,33 +155,160 @@ TEST_F(ChatViewModel, ShortcutsShowWhatThePlainRuleShows) {
     for (unsigned seed = 0; seed < 40; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);
-        const auto below = [&random](unsigned bound) { return random() % bound; };
+        const auto below = [&random](int bound) { return static_cast<int>(random() % bound); };
         const std::array<std::string, 4> senders{"a", "b", "c", "d"};
+        std::set<std::string> eligible{""};
+        const int span = 1 + below(400);
+        // Some chats run on, in others every line has any old date.
+        const int oddities = 1 + below(4);
+        auto now = 0min;
+        letIn(eligible);
         model.clearMessages();
-        hidden.clear();
-        ++participants->revision;
-        std::chrono::minutes now = 0min;
-        for (int step = 0; step < 120; ++step) {
+        for (int step = below(200); step > 0; --step) {
             const auto& sender = senders[below(4)];
-            if (below(10) == 0) {
-                ++participants->revision;
-                if (!hidden.erase(sender)) hidden.insert(sender);
+            if (below(20) == 0) {
+                if (!eligible.erase(sender)) eligible.insert(sender);
+                letIn(eligible);
             }
             now += std::chrono::minutes{below(4)};
-            // Room history comes out of order, and anything may come twice.
-            const auto minute = below(5) == 0 ? std::chrono::minutes{below(60)} : now;
-            const auto before = model.messages().size();
-            model.addMessage(at(minute, std::to_string(below(3)), sender));
+            const auto minute = below(oddities) == 0 ? now : std::chrono::minutes{below(span)};
+            auto added = at(minute, std::to_string(below(3)), sender);
+            if (below(30) == 0)
+                added = QuorrandChatMessage::createWithTranscript(*chat, {{"message", "undated"}});
+            const auto before = model.messages();
+            if (below(40) == 0) {
+                model.clearMessages();
+                model.addMessage(added);
+                model.restoreMessages(before);
+            } else {
+                model.addMessage(added);
+            }
             // A duplicate does not even regroup.
-            if (model.messages().size() == before) continue;
-            ASSERT_TRUE(model.messageGroups() == plainRule()) << "step " << step;
+            if (model.messages().size() == before.size()) continue;
+            ASSERT_TRUE(model.messageGroups() == plainRule()) << "before the end by " << step;
         }
-        for (const auto& message : model.messages()) {
-            const bool isLast = message == model.lastMessage();
-            ASSERT_EQ(message->disabled, !isLast);
-            ASSERT_EQ(message->chatActionButtons.front()->isEnabled, isLast);
-        }
+        for (const auto& message : model.messages())
+            ASSERT_EQ(message->disabled, message != model.lastMessage());
     }
+}
+
+TEST_F(ChatViewModel, ListShowsHeadersLinesAndTheTypingIndicator) {
+    EXPECT_EQ(model.numberOfSectionsInCollectionView(), 0);
+    const auto line = at(0min, "hello");
+    model.addMessage(line);
+    chat->typingType = 2;
+    EXPECT_EQ(model.numberOfSectionsInCollectionView(), 2);
+    EXPECT_EQ(model.numberOfItemsInSection(0), 2);
+    EXPECT_EQ(model.numberOfItemsInSection(1), 1);
+    const auto cell = [this](std::size_t section, std::size_t item) {
+        return model.cellForItemAtIndexPath({section, item});
+    };
+    EXPECT_EQ(std::get<QDChatHeaderCollectionViewCell>(*cell(0, 0)).date, line->date);
+    EXPECT_EQ(std::get<QDChatCollectionViewCell>(*cell(0, 1)).message, line);
+    EXPECT_EQ(std::get<QDChatCollectionViewCell>(*cell(0, 1)).username, "Ms agent");
+    EXPECT_EQ(std::get<QDChatTypingCollectionViewCell>(*cell(1, 0)).type, 2);
+
+    const auto last = std::numeric_limits<std::size_t>::max();
+    for (const auto& nowhere : {ChatIndexPath{0, 2}, ChatIndexPath{1, 1}, ChatIndexPath{2, 0},
+                                ChatIndexPath{last, 0}, ChatIndexPath{0, last}}) {
+        EXPECT_FALSE(model.cellForItemAtIndexPath(nowhere));
+        EXPECT_EQ(model.sizeForItemAtIndexPath(nowhere, 320), ChatCellSize());
+    }
+    EXPECT_EQ(model.numberOfItemsInSection(2), 0);
+}
+
+TEST_F(ChatViewModel, HeightOfALineIsThatOfItsParts) {
+    const auto message = line({.body = "hello", .from = "room@x/agent"});
+    model.addMessage(message);
+    message->messageView.emplace().height = 30;
+    const auto height = [&] {
+        EXPECT_EQ(model.sizeForItemAtIndexPath({0, 1}, 320), message->cellSize);
+        EXPECT_EQ(message->cellSize.width, 320);
+        return message->cellSize.height;
+    };
+    EXPECT_EQ(height(), 25 + 30 + 16 + 10);
+    chat->avatarSize = 100;
+    EXPECT_EQ(height(), 100 + 10);
+    message->attachmentView.emplace().height = 100;
+    message->kbView.emplace().height = 7;
+    EXPECT_EQ(height(), 25 + 105 + 30 + 7 + 20 + 16 + 10);
+    message->isMe = true;
+    message->chatButtonCollectionView = std::make_shared<QDChatButtonCollectionView>(60);
+    EXPECT_EQ(height(), 105 + 30 + 7 + 20 + 16 + 20 + 80);
+}
+
+TEST_F(ChatViewModel, LocalHistoryIsKeptByConversation) {
+    const auto stored = [this] { return chat->defaults->value("QuorrandChatHistory"); };
+    chat->commId = "one";
+    model.addMessage(at(0min, "not kept"));
+    EXPECT_FALSE(stored());
+
+    chat->defaults->setValue("QuorrandChatHistory", {{"one", {{{"text", "old"}}}}});
+    model.useLocalHistory(true);
+    model.loadHistory();
+    EXPECT_EQ(stored(), Json::object());
+    EXPECT_EQ(model.messages().size(), 1);
+    model.addMessage(at(1min, "a"));
+    const auto last = at(2min, "b");
+    model.addMessage(last);
+    chat->commId = "two";
+    model.addMessage(at(3min, "c"));
+
+    chat->commId = "one";
+    model.loadHistory();
+    ASSERT_EQ(model.messages().size(), 2);
+    EXPECT_TRUE(model.messages()[0]->disabled);
+    EXPECT_FALSE(model.messages()[1]->disabled);
+    EXPECT_TRUE(model.isDuplicateMessage(*last));
+    model.addMessage(at(4min, "d"));
+    EXPECT_THAT(shown(), ElementsAre(ElementsAre("a", "b", "d")));
+}
+
+TEST_F(ChatViewModel, DamagedLocalHistoryIsLeftOut) {
+    model.useLocalHistory(true);
+    chat->commId = "one";
+    model.loadHistory();
+    for (const Json& damaged : {Json("text"), Json{{"one", 7}}, Json{{"two", Json::array()}}}) {
+        chat->defaults->setValue("QuorrandChatHistory", damaged);
+        model.addMessage(at(0min, "here"));
+        model.loadHistory();
+        EXPECT_EQ(model.messages().size(), 1);
+    }
+    chat->defaults->setValue("QuorrandChatHistory", {{"one", {7, {{"date", "x"}}, nullptr}}});
+    model.loadHistory();
+    EXPECT_EQ(model.messages().size(), 1);
+    EXPECT_NE(model.lastMessage()->text, "here");
+}
+
+TEST_F(ChatViewModel, ListScrollsOnceToTheNewestLineAfterAReload) {
+    struct Picture : QDChatCollectionView::View {
+        void reloadData() override { ++reloads; }
+        void scrollToItem(const ChatIndexPath& path, bool animated) override {
+            EXPECT_TRUE(animated);
+            scrolls.push_back(path);
+        }
+        int reloads = 0;
+        std::vector<ChatIndexPath> scrolls;
+    };
+    const auto picture = std::make_shared<Picture>();
+    QDChatCollectionView list(chat);
+    list.view = picture;
+    chat->typingType = 2;
+    list.setup();
+    EXPECT_EQ(chat->typingType, 0);
+    list.reloadCollectionView();
+    list.contentDidChange();
+    EXPECT_TRUE(picture->scrolls.empty());
+
+    chat->viewModel->addMessage(at(0min, "a"));
+    chat->viewModel->addMessage(at(9min, "b"));
+    chat->viewModel->addMessage(at(9min, "c"));
+    list.contentDidChange();
+    list.reloadCollectionView();
+    list.contentDidChange();
+    list.contentDidChange();
+    EXPECT_EQ(picture->reloads, 2);
+    EXPECT_THAT(picture->scrolls, ElementsAre(ChatIndexPath{1, 2}));
 }
 
 }  // namespace
