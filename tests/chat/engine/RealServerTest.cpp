@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <csignal>
+
 #include "backends/strophe/StropheStreamFactory.h"
 #include "service/prosody/ProsodyServer.h"
 #include "tests/chat/engine/EngineFixture.h"
@@ -17,6 +19,7 @@ struct Person {
     Person(service::ProsodyServer& server, const std::shared_ptr<LoopMainQueue>& queue,
            const std::string& name, const std::string& nickname) {
         fake.platform->mainQueue = queue;
+        fake.clock->time = std::chrono::system_clock::now();
         fake.platform->xmpp = std::make_shared<StropheStreamFactory>(
             StropheOptions{.mainQueue = queue,
                            .log = fake.log,
@@ -122,10 +125,13 @@ TEST_F(RealServer, isFoundAgainAfterItsDeathAndAfterACut) {
     const auto ann = person("ann");
     const auto tess = person("tess");
     ASSERT_TRUE(enters(*ann) && enters(*tess));
+    ::kill(server.processId(), SIGSTOP);
+    EXPECT_EQ(ann->chat->sendGroupchatMessage("hello?", false), ChatSend::sent);
     server.kill();
     ASSERT_TRUE(queue->pumpUntil([&] { return !ann->chat->isConnected(); }));
     ASSERT_TRUE(server.start());
     ASSERT_TRUE(hears(*ann, "joined", 2) && hears(*tess, "joined", 2));
+    ASSERT_TRUE(hears(*ann, "not sent: hello?"));
     ann->chat->sendGroupchatMessage("still there?", false);
     ASSERT_TRUE(listens(*tess, {"ann: still there?"}));
 
@@ -134,6 +140,20 @@ TEST_F(RealServer, isFoundAgainAfterItsDeathAndAfterACut) {
     tess->chat->sendGroupchatMessage("yes", false);
     ASSERT_TRUE(listens(*ann, {"ann: still there?", "tess: yes"}));
     ASSERT_TRUE(listens(*tess, ann->list())) << "history and traffic make the same list";
+
+    // More than the room's history holds.
+    const auto speak = [&](int from, int to) {
+        std::vector<std::string> lines;
+        for (; from < to; ++from)
+            lines.push_back("<message><body>" + std::to_string(from) + "</body></message>");
+        return server.control().say(server.room("case"), "robot", lines);
+    };
+    ASSERT_TRUE(speak(0, 60));
+    ASSERT_TRUE(queue->pumpUntil([&] { return ann->list().size() == 62; }));
+    ASSERT_EQ(server.control().cut(server.jid("ann")), 1);
+    ASSERT_TRUE(speak(60, 100));
+    ASSERT_TRUE(queue->pumpUntil([&] { return tess->list().size() == 102; }));
+    ASSERT_TRUE(listens(*ann, tess->list())) << "nothing missing, nothing doubled";
 }
 
 }  // namespace
