@@ -137,9 +137,9 @@ StreamFacts StreamThread::stream(const PeerAddress& address, const std::string& 
         options, guard_,
         {[this](const std::string& jid) {
              authenticated_ = true;
-             setup_.inbox->add(StreamAuthenticated{jid});
+             batch_.emplace_back(StreamAuthenticated{jid});
          },
-         [this](std::shared_ptr<const Stanza> stanza) { setup_.inbox->add(std::move(stanza)); }});
+         [this](std::shared_ptr<const Stanza> stanza) { batch_.emplace_back(std::move(stanza)); }});
     if (!setup_.lowDescriptor->release()) {
         StreamFacts facts;
         facts.noDescriptor = true;
@@ -168,6 +168,7 @@ void StreamThread::drive(StropheConnection& connection) {
 
 void StreamThread::advance(StropheConnection& connection, int socketEvents) {
     connection.step();
+    setup_.inbox->add(batch_);
     // The step also reads what came in after the poll; what that left to do must not wait for the
     // next wake-up.
     const bool readable = (socketEvents & ~POLLOUT) != 0;

@@ -60,6 +60,8 @@ class StreamThread {
     SocketGuard guard_;
     std::optional<pthread_t> thread_;
     // Of the thread itself, while it drives a connection:
+    /// What one step has brought, handed over at its end.
+    std::vector<StreamEvent> batch_;
     bool authenticated_ = false;
     int quietRounds_ = 0;
     std::size_t pendingWrites_ = 0;

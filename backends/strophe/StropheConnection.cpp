@@ -10,7 +10,6 @@
 #include <utility>
 
 #include "backends/strophe/LowDescriptor.h"
-#include "backends/strophe/StanzaConversion.h"
 
 namespace supportsdk {
 
@@ -154,7 +153,8 @@ int StropheConnection::stanzaReceived(xmpp_conn_t*, xmpp_stanza_t* stanza, void*
     // The answer that ends the log-in comes by here too; such names are libstrophe's own.
     const char* id = xmpp_stanza_get_id(stanza);
     if (id && std::string_view(id).starts_with("_xmpp_")) return 1;
-    if (auto converted = convertStanza(stanza); converted && connection.callbacks_.received)
+    if (auto converted = connection.converter_.convert(stanza);
+        converted && connection.callbacks_.received)
         connection.callbacks_.received(std::move(converted));
     return 1;
 }

@@ -11,6 +11,7 @@
 
 #include "backends/strophe/Resolution.h"
 #include "backends/strophe/SocketGuard.h"
+#include "backends/strophe/StanzaConversion.h"
 #include "backends/strophe/StreamEnd.h"
 #include "supportsdk/platform/Stanza.h"
 
@@ -70,6 +71,7 @@ class StropheConnection {
     Callbacks callbacks_;
     std::uint16_t port_;
     std::unique_lock<std::mutex> proofLock_;
+    StanzaConverter converter_;
     StreamFacts facts_;
     bool ended_ = false;
     std::uint64_t bytesRead_ = 0;

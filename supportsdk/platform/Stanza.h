@@ -1,16 +1,21 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
 
+#include "supportsdk/platform/StanzaOutline.h"
+
 namespace supportsdk {
 
-/// One XMPP stanza (RFC 6120, section 8) as an XML tree. Immutable once shared; then any thread.
-/// A namespace is the value of the element's own `xmlns` attribute or of the nearest ancestor that
-/// has one.
+/// One XMPP stanza (RFC 6120, section 8). Immutable once shared; then any thread. A namespace is
+/// the value of the element's own `xmlns` attribute or of the nearest ancestor that has one.
+///
+/// A received one is kept as text with an outline, and becomes an XML tree when somebody asks for
+/// root() or child().
 class Stanza {
  public:
     /// The only element of `xml`; null when `xml` is not well formed or holds anything but one
@@ -20,15 +25,27 @@ class Stanza {
     /// An element without attributes or children.
     explicit Stanza(std::string_view name);
 
-    [[nodiscard]] pugi::xml_node root() const { return document_.document_element(); }
-    [[nodiscard]] std::string name() const { return root().name(); }
+    /// What a StanzaBuilder has written.
+    explicit Stanza(StanzaOutline outline);
+
+    [[nodiscard]] pugi::xml_node root() const { return tree().document_element(); }
+    /// As long-lived as the stanza.
+    [[nodiscard]] std::string_view name() const;
 
     /// Nothing when the attribute is missing; "" is a value.
     [[nodiscard]] std::optional<std::string> attribute(const char* name) const;
+    /// The same without a copy; valid as long as the stanza.
+    [[nodiscard]] std::optional<std::string_view> attributeView(const char* name) const;
 
     /// The first child element of that name and namespace ("" for any); a null node when there is
     /// none.
     [[nodiscard]] pugi::xml_node child(std::string_view name, std::string_view xmlns = {}) const;
+    [[nodiscard]] bool hasChild(std::string_view name, std::string_view xmlns = {}) const;
+
+    /// An attribute of that child; nothing when either is missing. Valid as long as the stanza.
+    [[nodiscard]] std::optional<std::string_view> childAttribute(std::string_view name,
+                                                                 std::string_view xmlns,
+                                                                 const char* attribute) const;
 
     /// All text directly inside the child; nothing when there is no such child.
     [[nodiscard]] std::optional<std::string> childText(std::string_view name) const;
@@ -39,7 +56,11 @@ class Stanza {
  private:
     Stanza() = default;
 
-    pugi::xml_document document_;
+    [[nodiscard]] const pugi::xml_document& tree() const;
+
+    const std::optional<StanzaOutline> outline_;
+    mutable std::once_flag parsed_;
+    mutable std::unique_ptr<pugi::xml_document> tree_;
 };
 
 /// The namespace of `node`, by the rule above.

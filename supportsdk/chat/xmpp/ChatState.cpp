@@ -13,7 +13,7 @@ std::optional<ChatState> chatState(const Stanza& message) {
         std::pair{"paused", ChatState::paused}, std::pair{"inactive", ChatState::inactive},
         std::pair{"gone", ChatState::gone}};
     for (const auto& [name, state] : states) {
-        if (message.child(name, "http://jabber.org/protocol/chatstates")) return state;
+        if (message.hasChild(name, "http://jabber.org/protocol/chatstates")) return state;
     }
     return std::nullopt;
 }

@@ -90,9 +90,9 @@ std::optional<Clock::Time> parseXmppDateTime(std::string_view text) {
 }
 
 std::optional<Clock::Time> delayedDeliveryDate(const Stanza& message) {
-    for (const auto& stamped :
-         {message.child("delay", "urn:xmpp:delay"), message.child("x", "jabber:x:delay")}) {
-        if (const auto date = parseXmppDateTime(stamped.attribute("stamp").value())) return date;
+    for (const auto& stamp : {message.childAttribute("delay", "urn:xmpp:delay", "stamp"),
+                              message.childAttribute("x", "jabber:x:delay", "stamp")}) {
+        if (const auto date = parseXmppDateTime(stamp.value_or(""))) return date;
     }
     return std::nullopt;
 }
