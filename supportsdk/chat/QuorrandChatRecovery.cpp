@@ -56,6 +56,7 @@ void QuorrandChat::watchSentLine(const std::string& id, const std::string& text)
 }
 
 void QuorrandChat::confirmSentLine(const Stanza& reflection) {
+    if (sentLines_.isEmpty()) return;
     const auto id = reflection.attribute("id");
     const auto from = reflection.attribute("from");
     const auto slash = from ? from->find('/') : std::string::npos;

@@ -34,6 +34,7 @@ class SentLines {
     [[nodiscard]] Texts takeDoubtful();
     [[nodiscard]] Texts takeAll();
     void clear() { lines_.clear(); }
+    [[nodiscard]] bool isEmpty() const { return lines_.empty(); }
 
  private:
     struct Line {

@@ -11,19 +11,18 @@ namespace supportsdk {
 namespace {
 
 struct Address {
-    std::string bare;
-    std::string resource;
+    std::string_view bare;
+    std::string_view resource;
 };
 
 Address split(std::string_view jid) {
-    const auto* const slash = std::find(jid.begin(), jid.end(), '/');
-    Address address{std::string(jid.begin(), slash), ""};
-    if (slash != jid.end()) address.resource.assign(slash + 1, jid.end());
-    return address;
+    const auto slash = jid.find('/');
+    if (slash == std::string_view::npos) return {jid, {}};
+    return {jid.substr(0, slash), jid.substr(slash + 1)};
 }
 
 /// Servers answer with the room's name in lower case, however it was written (RFC 7622, 3.3).
-bool sameBareJid(const std::string& one, const std::string& other) {
+bool sameBareJid(std::string_view one, std::string_view other) {
     const auto lower = [](char letter) {
         return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
     };
@@ -73,18 +72,18 @@ void XmppRoom::configureRoomUsingOptions(const Stanza& form) {
 }
 
 bool XmppRoom::receive(const std::shared_ptr<const Stanza>& stanza) {
-    const auto from = split(stanza->attribute("from").value_or(""));
+    const auto from = split(stanza->attributeView("from").value_or(""));
     if (!sameBareJid(from.bare, jid_)) return false;
     const auto name = stanza->name();
     if (name == "iq") return from.resource.empty() && receiveIq(*stanza);
     if (name == "presence") {
-        receivePresence(*stanza, from.resource);
-    } else if (stanza->attribute("type") == "groupchat") {
+        receivePresence(*stanza, std::string(from.resource));
+    } else if (stanza->attributeView("type") == "groupchat") {
         if (state_ == State::leaving) return true;
         // A callback may let go of this room.
         const auto self = shared_from_this();
         callbacks_.message(stanza);
-    } else if (stanza->attribute("type") == "error") {
+    } else if (stanza->attributeView("type") == "error") {
         log_->write("chat room refused a message: " + errorCondition(*stanza));
         // Private errors of other occupants come through the room as well.
         const auto self = shared_from_this();

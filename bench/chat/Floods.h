@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tests/backends/strophe/RawServer.h"
+
+namespace supportsdk::bench {
+
+inline constexpr const char* roomJid = "case-1@rooms.raw.test";
+inline constexpr const char* occupant = "ann";
+
+/// Lines of one room as they come over the stream.
+struct Flood {
+    const char* name;
+    std::size_t count;
+    /// Of one line.
+    std::size_t bytes;
+    std::string xml;
+};
+
+/// Plain lines of 260 bytes each: what everybody of the room says while one is there.
+[[nodiscard]] Flood plainFlood(std::size_t count);
+/// The same as the room's history: with a stamp, five lines a minute.
+[[nodiscard]] Flood historyFlood(std::size_t count);
+/// The same with two emoticons in each.
+[[nodiscard]] Flood emoticonFlood(std::size_t count);
+/// Envelopes of the service's with an avatar of their own, out of three at `pictures`.
+[[nodiscard]] Flood avatarFlood(std::size_t count, const std::string& pictures);
+
+/// Logs in, lets "ann" into the room, and sends the lines after the first private message.
+[[nodiscard]] std::vector<test::RawServer::Line> scriptOf(const Flood& flood);
+/// What starts the flood.
+inline constexpr const char* startSignal =
+    "<message type='chat' to='ann@raw.test'><body>go</body></message>";
+
+}  // namespace supportsdk::bench
