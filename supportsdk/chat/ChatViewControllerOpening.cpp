@@ -87,7 +87,8 @@ void ChatViewController::chatExit(const std::string& commId) {
                       {});
 }
 
-void ChatViewController::chatRefreshEligibleParticipants(QuorrandChat& /*chat*/) {
+void ChatViewController::chatRefreshEligibleParticipants(QuorrandChat& chat) {
+    QDChatViewController::chatRefreshEligibleParticipants(chat);
     if (!chatRecord || !chatRecord->comm_id) return;
     support->chatGet(
         *chatRecord->comm_id,
@@ -95,6 +96,7 @@ void ChatViewController::chatRefreshEligibleParticipants(QuorrandChat& /*chat*/)
             const auto self = weak.lock();
             if (!self) return;
             self->engine().setParticipantsEligible(QDConnectChat(response).participants_eligible);
+            self->resetMentionSuggestions();
             // Lines of people who were unknown until now come into view.
             self->engine().viewModel->groupMessages();
             self->refresh();

@@ -24,6 +24,7 @@ void QDChatViewController::viewDidLoad() {
 }
 
 void QDChatViewController::viewWillAppear() {
+    hasLeftView_ = false;
     if (!engine_->isActionRequested) clear();
     engine_->isActionRequested = false;
 }
@@ -31,14 +32,21 @@ void QDChatViewController::viewWillAppear() {
 void QDChatViewController::viewDidAppear() {
     engine_->postUnreadMessageCount = false;
     engine_->unreadMessageCount = 0;
+    if (const auto picture = view.lock()) picture->enableKeyboardManager(true);
 }
 
 void QDChatViewController::viewWillDisappear() {
+    hasLeftView_ = true;
     if (const auto picture = view.lock()) picture->endEditing();
 }
 
+void QDChatViewController::viewDidDisappear() {
+    if (const auto picture = view.lock()) picture->enableKeyboardManager(false);
+}
+
 void QDChatViewController::connect() {
-    if (!silent) showStatus("Connecting to chat server");
+    resetMentionSuggestions();
+    showOpeningStatus("Connecting to chat server");
     engine_->timeout = timeoutChatConnect;
     engine_->muc = muc;
     engine_->nickname = nickname;
@@ -94,31 +102,6 @@ void QDChatViewController::addTypingMessage() {
     engine_->addTypingMessage();
 }
 
-void QDChatViewController::send() {
-    if (const auto picture = view.lock()) picture->endEditing();
-    if (!entryView) return;
-    const auto text = entryView->text();
-    const bool isText = !text.empty() && text != entryView->placeholder;
-    // What could not go out stays in the bar, so that nobody has to type it again.
-    if (isText && engine_->sendGroupchatMessage(text, false) != ChatSend::sent) return;
-    entryView->reset();
-}
-
-void QDChatViewController::enableSendButton(bool enabled) {
-    if (!entryView) return;
-    entryView->enableSendButton(enabled);
-    if (const auto picture = view.lock()) picture->entryDidChange();
-}
-
-void QDChatViewController::didChangeText(const std::string& text) {
-    enableSendButton(!text.empty());
-}
-
-void QDChatViewController::addMentionToInput(const std::optional<std::string>& mentioned) {
-    if (!entryView || !mentioned || mentioned->empty()) return;
-    entryView->addText(engine_->getInfoType("alias", mentioned).value_or(*mentioned));
-}
-
 std::string QDChatViewController::localized(const std::string& english) const {
     return platform().localizer->localized(english);
 }
@@ -129,6 +112,18 @@ std::string QDChatViewController::hostName() const {
 
 void QDChatViewController::showStatus(const std::string& english) const {
     platform().progress->showStatus(localized(english));
+}
+
+void QDChatViewController::showOwnStatus(const std::string& english) const {
+    if (!hasLeftView_) showStatus(english);
+}
+
+void QDChatViewController::showOpeningStatus(const std::string& english) const {
+    if (!silent) showOwnStatus(english);
+}
+
+void QDChatViewController::dismissOwnProgress() const {
+    if (!hasLeftView_) dismissProgress();
 }
 
 void QDChatViewController::warn(const std::string& message) {

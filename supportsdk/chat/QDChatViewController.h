@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "supportsdk/chat/QDChatMessageEntryView.h"
 #include "supportsdk/chat/QuorrandChat.h"
@@ -32,6 +33,8 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
         virtual void endEditing() {}
         /// The pull to refresh is over.
         virtual void stopRefresh() {}
+        /// Whether the screen makes room for the on-screen keyboard by itself.
+        virtual void enableKeyboardManager(bool /*enabled*/) {}
     };
 
     [[nodiscard]] std::string_view className() const override { return "QDChatViewController"; }
@@ -40,6 +43,14 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     void viewWillAppear() override;
     void viewDidAppear() override;
     void viewWillDisappear() override;
+    void viewDidDisappear() override;
+
+    // For hosts whose system tells that the application is going away and coming back; the kit
+    // calls none of them.
+    void applicationWillEnterBackground() { engine_->leaveRoom(); }
+    void applicationDidEnterBackground() {}
+    void applicationWillBecomeActive() { engine_->connect(); }
+    void applicationDidBecomeActive() {}
 
     void connect();
     void disconnect();
@@ -57,11 +68,21 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     void addTypingMessage();
     /// The newest line by arrival; null when there is none.
     [[nodiscard]] std::shared_ptr<QuorrandChatMessage> lastMessage() const;
-    /// Sends what stands in the entry bar, and empties it.
+
+    // --- The entry bar (QDChatViewControllerEntry.cpp) ---
+
+    /// Sends what stands in the entry bar, and empties it. What cannot go out stays, and the person
+    /// is told why.
     void send();
     void enableSendButton(bool enabled);
     /// Adds the alias of a participant to what stands in the entry bar.
     void addMentionToInput(const std::optional<std::string>& resource);
+    /// Asks again whom the entry bar may suggest.
+    void resetMentionSuggestions();
+    /// Lets the person choose pictures and sends them.
+    virtual void attach() {}
+    /// Does nothing: whether the room is joined shows when a line is sent.
+    void checkRoomStatus() {}
 
     /// Many lines that come at once cause one reload.
     void startReloadTimer();
@@ -76,6 +97,8 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     void chatDidTimeoutConnect(QuorrandChat& chat, const ChatError& error) override;
     void chatDidNotAuthenticate(QuorrandChat& chat, const XmppStreamEnd& failure) override;
     void chatDidDisconnect(QuorrandChat& chat, const ChatError& error) override;
+    void chatDidLoseConnection(QuorrandChat& chat) override;
+    void chatDidNotSend(QuorrandChat& chat, const std::vector<std::string>& texts) override;
     void chatDidReceiveMessage(QuorrandChat& chat,
                                const std::shared_ptr<QuorrandChatMessage>& message) override;
     void chatDidJoinRoom(QuorrandChat& chat, const std::shared_ptr<XmppRoom>& room,
@@ -84,12 +107,14 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
                           const ChatError& error) override;
     void chatDidTimeoutJoinRoom(QuorrandChat& chat, const std::shared_ptr<XmppRoom>& room,
                                 const ChatError& error) override;
+    void chatRefreshEligibleParticipants(QuorrandChat& chat) override;
     void chatDidTapAvatarForMessage(QuorrandChat& chat, const Message& message) override;
     void chatDidTapCallForMessage(QuorrandChat& chat, const Message& message) override;
 
     virtual void handleMessageTapped(const std::shared_ptr<QuorrandChatMessage>& /*message*/) {}
 
     void didChangeText(const std::string& text) override;
+    void didSelectAttach();
     void didSelectSend() override { send(); }
 
     [[nodiscard]] QuorrandChat& engine() const { return *engine_; }
@@ -105,6 +130,8 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     std::shared_ptr<QDChatMessageEntryView> entryView;
     /// Given by the opener.
     std::optional<std::string> chatRoomTitle;
+    /// For the entry bar.
+    std::vector<std::string> mentionSuggestions;
     /// The room's JID.
     std::optional<std::string> muc;
     /// This user's key in the room.
@@ -126,6 +153,13 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     [[nodiscard]] std::string hostName() const;
     void showStatus(const std::string& english) const;
     void dismissProgress() const { platform().progress->dismiss(); }
+    // A screen that has left the view leaves the progress to whatever is on view now.
+    void showOwnStatus(const std::string& english) const;
+    void dismissOwnProgress() const;
+    /// A text about opening the chat, unless `silent`.
+    void showOpeningStatus(const std::string& english) const;
+    /// Sends a line. False, and the person is told why, when it does not go out.
+    bool sendLine(const std::string& text, bool sendOnly);
     /// This screen, for a callback that may outlive it.
     template <typename Screen>
     [[nodiscard]] static std::weak_ptr<Screen> weak(Screen* screen) {
@@ -133,7 +167,10 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     }
 
  private:
+    void putBack(const std::vector<std::string>& texts);
+
     const std::shared_ptr<QuorrandChat> engine_;
+    bool hasLeftView_ = false;
     Registration reloadTimer_;
     Registration refreshTimer_;
 };

@@ -14,18 +14,18 @@ std::string withDescription(std::string text, const ChatError& error) {
 }  // namespace
 
 void QDChatViewController::chatDidConnect(QuorrandChat& /*chat*/, const ChatError& /*error*/) {
-    dismissProgress();
-    if (!silent) showStatus("Joining room");
+    dismissOwnProgress();
+    showOpeningStatus("Joining room");
 }
 
 void QDChatViewController::chatDidFailToConnect(QuorrandChat& chat, const ChatError& error) {
-    dismissProgress();
+    dismissOwnProgress();
     if (chat.isConnected()) return;
     warn(withDescription(localized("Unable to connect to the chat server."), error));
 }
 
 void QDChatViewController::chatDidTimeoutConnect(QuorrandChat& chat, const ChatError& error) {
-    dismissProgress();
+    dismissOwnProgress();
     if (chat.isConnected()) return;
     const auto retry = [weak = weak(this)](const auto&) {
         if (const auto self = weak.lock()) self->connect();
@@ -45,13 +45,13 @@ void QDChatViewController::chatDidNotAuthenticate(QuorrandChat& /*chat*/,
 
 void QDChatViewController::chatDidDisconnect(QuorrandChat& /*chat*/, const ChatError& error) {
     platform().log->write("didDisconnect: " + (error ? error->description : "(null)"));
-    dismissProgress();
+    dismissOwnProgress();
 }
 
 void QDChatViewController::chatDidJoinRoom(QuorrandChat& /*chat*/,
                                            const std::shared_ptr<XmppRoom>& /*room*/,
                                            const ChatError& /*error*/) {
-    dismissProgress();
+    dismissOwnProgress();
     if (!titleProvided) title = chatRoomTitle.value_or(localized("Quorrand"));
     reloadData();
 }
@@ -65,15 +65,23 @@ void QDChatViewController::chatDidLeaveRoom(QuorrandChat& /*chat*/,
 void QDChatViewController::chatDidTimeoutJoinRoom(QuorrandChat& chat,
                                                   const std::shared_ptr<XmppRoom>& /*room*/,
                                                   const ChatError& /*error*/) {
-    dismissProgress();
+    dismissOwnProgress();
     if (!chat.isRoomJoined()) warn(localized("Unable to join chat room."));
 }
 
 void QDChatViewController::chatDidReceiveMessage(QuorrandChat& chat, const Message& /*message*/) {
-    dismissProgress();
+    dismissOwnProgress();
     chat.typingType = 0;
     handleIssueRefresh();
     startReloadTimer();
+}
+
+void QDChatViewController::chatDidLoseConnection(QuorrandChat& /*chat*/) {
+    reloadData();
+}
+
+void QDChatViewController::chatRefreshEligibleParticipants(QuorrandChat& /*chat*/) {
+    resetMentionSuggestions();
 }
 
 void QDChatViewController::chatDidTapAvatarForMessage(QuorrandChat& /*chat*/,
