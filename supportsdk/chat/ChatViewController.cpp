@@ -1,8 +1,10 @@
 #include "supportsdk/chat/ChatViewController.h"
 
+#include "supportsdk/core/BaseWebViewController.h"
 #include "supportsdk/core/Configuration.h"
 #include "supportsdk/core/EventManager.h"
 #include "supportsdk/core/EventNames.h"
+#include "supportsdk/theme/Appearance.h"
 
 namespace supportsdk {
 
@@ -23,6 +25,9 @@ void ChatViewController::viewDidLoad() {
     if (support->config)
         engine().avatarRetrievalAPIBaseURL = support->config->deployment.productionHost;
     engine().ignoreParticipantStatus = false;
+    kbViewController = std::make_shared<BaseWebViewController>(
+        platform(), localized("Knowledge Base"), localized("Done"), "");
+    kbViewController->isPushed = true;
     showBarButtons();
     commEntered = false;
     setChatTitle();
@@ -57,10 +62,31 @@ void ChatViewController::showBarButtons() {
 void ChatViewController::viewWillAppear() {
     QDChatViewController::viewWillAppear();
     showing = true;
+    configureAppearance();
     requests_ = EventManager::addObserver([weak = weak(this)](const Notification& notification) {
         if (const auto self = weak.lock()) self->handleNotifications(notification);
     });
     EventManager::notify(event::chatStarted);
+}
+
+void ChatViewController::configureAppearance() {
+    const auto& theme = *support->appearance;
+    auto& look = engine().appearance;
+    // A theme without a colour leaves the system's: no black on black in a dark look.
+    look.timeStampColor = theme.chatTimeStampColor().value_or(theme.labelColor);
+    look.labelColor = theme.textColor().value_or(theme.labelColor);
+    look.linkAndButtonTintColor = theme.linkAndButtonTintColor;
+    look.backgroundColor = theme.systemBackgroundColor;
+    look.chatActionButtonBackgroundColor = theme.systemBackgroundColor;
+    look.entryViewButtonColor = theme.chatSendButtonEnabledColor();
+    look.entryViewButtonDisabledColor =
+        theme.chatSendButtonDisabledColor().value_or(ChatAppearance{}.entryViewButtonDisabledColor);
+    look.chatActionButtonTextColor = theme.chatActionButtonTextColor();
+    look.chatActionButtonBorderColor = theme.chatActionButtonBorderColor();
+    look.chatActionButtonSelectedTextColor = colorFromRGB(0xFFFFFF);
+    look.chatNavigationBarBackgroundColor =
+        theme.chatNavBarColor().value_or(ChatAppearance{}.chatNavigationBarBackgroundColor);
+    engine().hideTextEntryAccessoryView = true;
 }
 
 void ChatViewController::viewWillDisappear() {

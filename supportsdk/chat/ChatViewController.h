@@ -1,8 +1,11 @@
 #pragma once
 
+#include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "supportsdk/chat/ChatCompanions.h"
 #include "supportsdk/chat/QDChatViewController.h"
@@ -12,6 +15,7 @@
 
 namespace supportsdk {
 
+class BaseWebViewController;
 struct Notification;
 
 /// The chat of one support issue: opens it with the issue's credentials, enters and exits it on the
@@ -25,6 +29,8 @@ class SUPPORTSDK_API ChatViewController : public QDChatViewController {
 
     [[nodiscard]] std::string_view className() const override { return "ChatViewController"; }
 
+    /// Gives the theme's colours to the engine.
+    void configureAppearance();
     void viewDidLoad() override;
     void viewWillAppear() override;
     void viewWillDisappear() override;
@@ -72,9 +78,26 @@ class SUPPORTSDK_API ChatViewController : public QDChatViewController {
                             const std::shared_ptr<QuorrandChatMessage>& message) override;
     void chatDidTapMessageForMessage(QuorrandChat& chat, const Message& message) override;
     void chatDidTapAttachmentForMessage(QuorrandChat& chat, const Message& message) override;
+    void chatDidTapKBForMessage(QuorrandChat& chat, const Message& message) override;
     void handleMessageTapped(const std::shared_ptr<QuorrandChatMessage>& message) override;
+    /// The object is a line of the list; anything else is ignored.
+    void messageTapped(const Notification& notification);
     /// Opens the attachment of a line in a web screen.
     void showAttachment(const std::shared_ptr<QuorrandChatMessage>& message);
+
+    // --- Attachments (ChatViewControllerAttachments.cpp) ---
+
+    /// Warns before the room is joined. Nothing is sent when the person chooses nothing.
+    void attach() override;
+    /// Sends one picture, scaled, to the service, and the line that it answers to the room.
+    void handleAttachment(const ImagePtr& image);
+
+    // --- Articles (ChatViewControllerKnowledge.cpp) ---
+
+    /// Fetches that article and shows it.
+    void retrieveKB(const std::string& articleId);
+    /// Pushes the article, unless this screen is not on view any more.
+    void showKBViewController();
 
     // --- Calls (ChatViewControllerCalls.cpp) ---
 
@@ -86,12 +109,28 @@ class SUPPORTSDK_API ChatViewController : public QDChatViewController {
     /// Leaves room and token where the screen broadcast finds them.
     void startDeviceScreenSharingWithRoom(const std::string& room, const std::string& token);
 
+    // For hosts; the kit calls none of them.
+
+    /// Asks what of the screen to share, and shares it in the room of this chat's record. `info` is
+    /// not looked at.
+    void selectChatTypeWithInfo(const Json& info);
+    /// Asks before follow().
+    void confirmConnectLaunch();
+    /// Opens the issue in the application of the support staff.
+    void follow();
+    /// Tells observers of notification::roomInformation.
+    static void notifyRoom(const std::string& room, const std::string& token);
+
     const std::shared_ptr<Support> support;
     /// Null once the chat has ended.
     std::shared_ptr<QDIssue> issue;
     std::shared_ptr<QDConnectChat> chatRecord;
     std::optional<std::string> comm_id;
     bool isVideoUnavailable = false;
+    /// The picture shows a button for follow(); nothing in the kit sets it.
+    bool showConnectButton = false;
+    /// The page of the article shown last; empty before the first.
+    std::shared_ptr<BaseWebViewController> kbViewController;
     /// On view.
     bool showing = false;
     /// Entered on the service.
@@ -112,7 +151,22 @@ class SUPPORTSDK_API ChatViewController : public QDChatViewController {
     [[nodiscard]] bool isBesideRoom() const;
     void showBarButtons();
     void chatGetFailed(const std::string& commId);
-    void presentWebPage(const std::string& url, const std::string& backLabel);
+    void presentWebPage(const std::string& url, const std::string& backLabel, bool showsProgress);
+    void articleDidArrive(const Json& response);
+    void articleIsMissing(const std::string& message);
+    void uploadPhotos(std::deque<PhotoItem> items);
+    void upload(PhotoItem item, std::function<void()> done);
+    void put(const ImagePtr& photo, const std::function<void()>& done);
+    void photoDidArrive(const Json& response);
+    void uploadFailed(const std::string& message);
+    /// A callback of this screen that does nothing once the screen is gone or the chat has ended.
+    template <typename Callback>
+    [[nodiscard]] auto whileOpen(Callback callback) {
+        return [weak = weak(this), callback = std::move(callback)](auto&&... arguments) {
+            const auto self = weak.lock();
+            if (self && self->issue) callback(std::forward<decltype(arguments)>(arguments)...);
+        };
+    }
     [[nodiscard]] bool isNewest(const QuorrandChatMessage& message) const;
 
     Registration requests_;

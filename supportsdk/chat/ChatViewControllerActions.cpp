@@ -1,8 +1,11 @@
+#include <algorithm>
 #include <string_view>
 
 #include "supportsdk/chat/ChatViewController.h"
+#include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/chat/QuorrandChatMessage.h"
 #include "supportsdk/core/BaseWebViewController.h"
+#include "supportsdk/core/NotificationCenter.h"
 
 namespace supportsdk {
 
@@ -13,15 +16,17 @@ void ChatViewController::handleButtonAction(const std::optional<std::string>& ac
     constexpr std::string_view textPrefix = "qd-msg://";
     const auto scheme = std::string_view(*action).substr(0, action->find(':'));
     if (scheme == "http") {
-        presentWebPage(*action, "Cancel");
+        presentWebPage(*action, "Cancel", true);
     } else if (action->starts_with(textPrefix)) {
-        engine().sendGroupchatMessage(action->substr(textPrefix.size()), false);
+        sendLine(action->substr(textPrefix.size()), false);
     } else if (scheme == "qd-bot" || scheme == "qd-data") {
-        engine().sendGroupchatMessage(QuorrandChatMessage::createJSONMessage(
-                                          *action, senderId.value_or(""), message->id.value_or("")),
-                                      false);
+        sendLine(QuorrandChatMessage::createJSONMessage(*action, senderId.value_or(""),
+                                                        message->id.value_or("")),
+                 false);
         addTypingMessage();
         reloadData();
+    } else if (*action == "qd-connect://classify-request") {
+        attach();
     }
     // "qd-action" and "qd-relay" are addresses that ask nothing of this side.
 }
@@ -51,20 +56,32 @@ void ChatViewController::handleMessageTapped(const Message& message) {
         if (isNewest(*message)) joinVideoChat(*message->callId);
     } else if (message->messageType == ChatMessageType::Attachment) {
         showAttachment(message);
+    } else if (message->messageType == ChatMessageType::KnowledgeBase) {
+        chatDidTapKBForMessage(engine(), message);
     }
+}
+
+void ChatViewController::messageTapped(const Notification& notification) {
+    const auto tapped = notification.object.object();
+    const auto& lines = engine().viewModel->messages();
+    const auto line = std::find(lines.rbegin(), lines.rend(), tapped);
+    if (line != lines.rend()) handleMessageTapped(*line);
 }
 
 void ChatViewController::showAttachment(const Message& message) {
     if (!message->isAttachmentMessage()) return;
     engine().isActionRequested = true;
     engine().lastChatMessageReceived = nullptr;
-    presentWebPage(*message->url, "Done");
+    presentWebPage(*message->url, "Done", false);
 }
 
-void ChatViewController::presentWebPage(const std::string& url, const std::string& backLabel) {
+void ChatViewController::presentWebPage(const std::string& url, const std::string& backLabel,
+                                        bool showsProgress) {
+    const auto page = std::make_shared<BaseWebViewController>(platform(), localized("Attachment"),
+                                                              localized(backLabel), url);
+    page->showsProgress = showsProgress;
     auto navigation = std::make_shared<NavigationController>();
-    navigation->children.push_back(std::make_shared<BaseWebViewController>(
-        platform(), localized("Attachment"), localized(backLabel), url));
+    navigation->children.push_back(page);
     platform().presenter->present(std::move(navigation), this);
 }
 

@@ -1,4 +1,6 @@
 #include "supportsdk/chat/ChatViewController.h"
+#include "supportsdk/core/EventNames.h"
+#include "supportsdk/core/NotificationCenter.h"
 
 namespace supportsdk {
 
@@ -66,6 +68,47 @@ void ChatViewController::startDeviceScreenSharingWithRoom(const std::string& roo
     shared->setValue("token", token);
     shared->flush();
     showStatus("Start screen broadcast to Support SDK from control panel.");
+}
+
+void ChatViewController::selectChatTypeWithInfo(const Json& /*info*/) {
+    const auto choice = [this](const char* label, auto share) -> AlertAction {
+        return {localized(label), ActionStyle::plain, [weak = weak(this), share](const auto&) {
+                    const auto self = weak.lock();
+                    if (!self || !self->chatRecord) return;
+                    ((*self).*share)(self->chatRecord->external_id.value_or(""),
+                                     self->chatRecord->accessToken.value_or(""));
+                }};
+    };
+    platform().presenter->showAlert(
+        {hostName(),
+         localized("What do you want to share?"),
+         {},
+         {choice("Application Screen", &ChatViewController::startAppScreenSharingWithRoom),
+          choice("All Device Screens", &ChatViewController::startDeviceScreenSharingWithRoom),
+          {localized("Cancel"), ActionStyle::cancel, {}}}});
+}
+
+void ChatViewController::confirmConnectLaunch() {
+    const auto accept = [weak = weak(this)](const auto&) {
+        if (const auto self = weak.lock()) self->follow();
+    };
+    platform().presenter->showAlert(
+        {hostName(),
+         localized("This will launch Connect to allow you to join the video chat."),
+         {},
+         {{localized("OK"), ActionStyle::plain, accept},
+          {localized("Cancel"), ActionStyle::cancel, {}}}});
+}
+
+void ChatViewController::follow() {
+    if (!issue || !issue->id) return;
+    platform().urlOpener->open("goquorrandconnect://prod/member/issue/read?issue_id=" + *issue->id,
+                               {});
+}
+
+void ChatViewController::notifyRoom(const std::string& room, const std::string& token) {
+    NotificationCenter::shared().post(notification::roomInformation, {},
+                                      Json{{"room", room}, {"token", token}});
 }
 
 }  // namespace supportsdk

@@ -4,6 +4,13 @@
 
 namespace supportsdk {
 
+namespace {
+
+/// Of the JPEG that a chosen picture travels as.
+constexpr double attachmentQuality = 0.5;
+
+}  // namespace
+
 void Support::attachChat() {
     chat = QuorrandChat::sharedInstance(platform);
     appearance->setChatImageReceiver(chat);
@@ -39,11 +46,28 @@ void Support::chatExit(const std::string& commId, const Json& durationStart,
                 strictly(std::move(success), std::move(failure)));
 }
 
-void Support::chatFilePut(const std::string& commId, std::span<const std::byte> image,
-                          RestCallback success, RestCallback failure) {
-    executePost("/chat/filePut/" + commId, endpoint, image,
-                {{"members_users_id", identity.membersUsersId.json()}, {"file_tag", "attachment"}},
-                strictly(std::move(success), std::move(failure)));
+void Support::chatFilePut(const std::string& commId, ImagePtr image, RestCallback success,
+                          RestCallback failure) {
+    auto send = [weak = weak_from_this(), commId,
+                 completion = strictly(std::move(success), failure),
+                 failure = std::move(failure)](const std::optional<Bytes>& jpeg) {
+        const auto self = weak.lock();
+        if (!self) return;
+        if (!jpeg) {
+            if (failure) failure({{"status", 0}, {"message", "The picture cannot be read."}});
+            return;
+        }
+        self->executePost("/chat/filePut/" + commId, self->endpoint, *jpeg,
+                          {{"members_users_id", self->identity.membersUsersId.json()},
+                           {"file_tag", "attachment"}},
+                          completion);
+    };
+    platform->backgroundQueue->post([image = std::move(image), send = std::move(send),
+                                     codec = platform->images,
+                                     queue = platform->mainQueue]() mutable {
+        auto jpeg = image ? codec->encodeJpeg(*image, attachmentQuality) : std::nullopt;
+        queue->post([jpeg = std::move(jpeg), send = std::move(send)] { send(jpeg); });
+    });
 }
 
 }  // namespace supportsdk

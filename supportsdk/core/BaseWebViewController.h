@@ -27,6 +27,8 @@ class SUPPORTSDK_API BaseWebViewController : public ScreenController {
     std::optional<std::string> html;
     /// It lies in a stack of its opener, and leaves it alone.
     bool isPushed = false;
+    /// Tells how far the page is loaded.
+    bool showsProgress = true;
     /// Of the bar, and of what stands in it; null is the toolkit's own.
     std::optional<Color> barColor, barTintColor;
 

@@ -209,9 +209,10 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     void chatEnter(const std::string& commId, RestCallback success, RestCallback failure);
     void chatExit(const std::string& commId, const Json& durationStart, const Json& durationAdd,
                   RestCallback success, RestCallback failure);
-    /// `image` is sent as it is: JPEG data.
-    void chatFilePut(const std::string& commId, std::span<const std::byte> image,
-                     RestCallback success, RestCallback failure);
+    /// Sends `image` as JPEG, which is made in the background. `failure` runs with a "message" when
+    /// it has no pixels. Neither runs once this object is gone before the request has begun.
+    void chatFilePut(const std::string& commId, ImagePtr image, RestCallback success,
+                     RestCallback failure);
 
     // --- Knowledge base (knowledge/SupportKnowledge.cpp) ---
 
