@@ -103,7 +103,7 @@ void ChatViewController::confirmConnectLaunch() {
 void ChatViewController::follow() {
     if (!issue || !issue->id) return;
     platform().urlOpener->open("goquorrandconnect://prod/member/issue/read?issue_id=" + *issue->id,
-                               {});
+                               [](bool) {});
 }
 
 void ChatViewController::notifyRoom(const std::string& room, const std::string& token) {

@@ -1,5 +1,6 @@
 #include "supportsdk/chat/QDChatViewController.h"
 
+#include "supportsdk/chat/QDChatCollectionView.h"
 #include "supportsdk/chat/QDChatViewModel.h"
 
 namespace supportsdk {
@@ -17,7 +18,9 @@ QDChatViewController::QDChatViewController(std::shared_ptr<QuorrandChat> engine)
 
 void QDChatViewController::viewDidLoad() {
     engine_->delegate = weak<QDChatViewController>(this);
-    engine_->typingType = 0;
+    collectionView = std::make_shared<QDChatCollectionView>(engine_);
+    collectionView->setup();
+    engine_->collectionView = collectionView;
     if (isReadOnly) return;
     entryView = QDChatMessageEntryView::messageEntryViewWithFrame(engine_);
     entryView->delegate = weak<QDChatViewController>(this);
@@ -78,6 +81,12 @@ void QDChatViewController::refreshLists() {
 }
 
 void QDChatViewController::reloadData() {
+    if (collectionView) {
+        // Opening a conversation gives the engine another list.
+        if (collectionView->dataSource.lock() != engine_->viewModel)
+            engine_->viewModel->setupCollectionView(*collectionView);
+        collectionView->reloadCollectionView();
+    }
     if (const auto picture = view.lock()) picture->reloadData();
 }
 

@@ -33,6 +33,9 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
         virtual void endEditing() {}
         /// The pull to refresh is over.
         virtual void stopRefresh() {}
+        /// The list of suggestions, which has its place, comes into the view, and leaves it.
+        virtual void addSuggestions(QDChatAutocompletionTableView& /*list*/) {}
+        virtual void removeSuggestions(QDChatAutocompletionTableView& /*list*/) {}
         /// Whether the screen makes room for the on-screen keyboard by itself.
         virtual void enableKeyboardManager(bool /*enabled*/) {}
     };
@@ -114,8 +117,10 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     virtual void handleMessageTapped(const std::shared_ptr<QuorrandChatMessage>& /*message*/) {}
 
     void didChangeText(const std::string& text) override;
-    void didSelectAttach();
+    void didSelectAttach() override;
     void didSelectSend() override { send(); }
+    void didShowSuggestions(QDChatAutocompletionTableView& list) override;
+    void didHideSuggestions(QDChatAutocompletionTableView& list) override;
 
     [[nodiscard]] QuorrandChat& engine() const { return *engine_; }
 
@@ -128,6 +133,8 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     bool isReadOnly = false;
     /// Null when the screen was opened read-only.
     std::shared_ptr<QDChatMessageEntryView> entryView;
+    /// Null until viewDidLoad(). Its picture may do more than `view`, which hears the same reloads.
+    std::shared_ptr<QDChatCollectionView> collectionView;
     /// Given by the opener.
     std::optional<std::string> chatRoomTitle;
     /// For the entry bar.
@@ -171,6 +178,7 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
 
     const std::shared_ptr<QuorrandChat> engine_;
     bool hasLeftView_ = false;
+    bool areSuggestionsInView_ = false;
     Registration reloadTimer_;
     Registration refreshTimer_;
 };

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "supportsdk/chat/QDChatViewController.h"
 #include "supportsdk/core/Fields.h"
@@ -85,7 +86,18 @@ void QDChatViewController::addMentionToInput(const std::optional<std::string>& m
 
 void QDChatViewController::resetMentionSuggestions() {
     mentionSuggestions = engine_->createMentionSuggestions();
-    // ENTRY
+    if (entryView) entryView->resetMentionSuggestions();
+}
+
+void QDChatViewController::didShowSuggestions(QDChatAutocompletionTableView& list) {
+    if (entryView) list.restAbove(entryView->frame.y);
+    const auto picture = view.lock();
+    if (picture && !std::exchange(areSuggestionsInView_, true)) picture->addSuggestions(list);
+}
+
+void QDChatViewController::didHideSuggestions(QDChatAutocompletionTableView& list) {
+    const auto picture = view.lock();
+    if (picture && std::exchange(areSuggestionsInView_, false)) picture->removeSuggestions(list);
 }
 
 void QDChatViewController::didSelectAttach() {

@@ -1,3 +1,4 @@
+#include "supportsdk/theme/Appearance.h"
 #include "tests/chat/session/ChatSessionFixture.h"
 
 namespace supportsdk::test {
@@ -119,6 +120,41 @@ TEST_F(ChatSession, TimeOutOffersAnotherAttempt) {
     EXPECT_TRUE(support->chat->isRoomJoined());
     fakes.queue->advance(60s);
     EXPECT_THAT(fakes.presenter->alerts, IsEmpty());
+}
+
+TEST_F(ChatSession, OpeningGoesOnUnseenOnceTheScreenIsLeft) {
+    open();
+    disappear();
+    const auto shown = [this] { return fakes.progress->shown.size(); };
+    answerChatGet();
+    const auto before = shown();
+    stream().authenticate();
+    EXPECT_EQ(shown(), before) << "what shows now belongs to another screen";
+    appear();
+    join();
+    EXPECT_TRUE(support->chat->isRoomJoined());
+    stream().end(XmppLoss::lost);
+    screen->connect();
+    EXPECT_EQ(fakes.progress->shown.back(), "status Connecting to chat server");
+}
+
+TEST_F(ChatSession, GivesTheThemesColoursToTheEngine) {
+    fakes.traits->systemColors["labelColor"] = colorFromRGB(0xEEEEEE);
+    fakes.traits->systemColors["systemBackgroundColor"] = colorFromRGB(0x111111);
+    support->appearance->configureDefaultColors();
+    open();
+    const auto& look = support->chat->appearance;
+    EXPECT_EQ(look.labelColor, colorFromRGB(0xEEEEEE)) << "the theme has no colour for text";
+    EXPECT_EQ(look.backgroundColor, colorFromRGB(0x111111));
+    EXPECT_EQ(look.linkAndButtonTintColor, support->appearance->linkAndButtonTintColor);
+    EXPECT_TRUE(support->chat->hideTextEntryAccessoryView);
+    disappear();
+    support->appearance->configureWithSettings(
+        {{"colors", {{"textColor", "#010203"}, {"chatNavBarColor", "#040506"}}}});
+    appear();
+    EXPECT_EQ(look.labelColor, colorFromRGB(0x010203));
+    EXPECT_EQ(look.timeStampColor, colorFromRGB(0x010203));
+    EXPECT_EQ(look.chatNavigationBarBackgroundColor, colorFromRGB(0x040506));
 }
 
 TEST_F(ChatSession, RefusalsAreToldInWords) {

@@ -16,6 +16,9 @@ class ChatSession : public testing::Test {
     struct Picture : QDChatViewController::View {
         void reloadData() override { ++reloads; }
         void stopRefresh() override { ++refreshesStopped; }
+        void addSuggestions(QDChatAutocompletionTableView&) override { ++suggestionsInView; }
+        void removeSuggestions(QDChatAutocompletionTableView&) override { --suggestionsInView; }
+        int suggestionsInView = 0;
         int reloads = 0;
         int refreshesStopped = 0;
     };

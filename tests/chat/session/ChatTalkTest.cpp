@@ -21,9 +21,18 @@ TEST_F(ChatSession, TypedTextGoesOutAndTheBarIsEmptied) {
     EXPECT_TRUE(bar.isSendEnabled());
     bar.send();
     EXPECT_EQ(bar.text(), "too early") << "nothing that was typed is lost";
+    EXPECT_EQ(fakes.progress->shown.back(),
+              "error You are not connected. Your message has not been sent.");
 
     answerChatGet();
     join();
+    bar.setText(std::string(300'000, 'x'));
+    bar.send();
+    EXPECT_EQ(bar.text().size(), 300'000U);
+    EXPECT_EQ(fakes.progress->shown.back(), "error Your message is too long to be sent.");
+    bar.setText("\x01");
+    bar.send();
+    EXPECT_EQ(bar.text(), "") << "there was nothing in it";
     bar.setText("Hello <there>");
     bar.send();
     EXPECT_TRUE(wasSent("<body>Hello &lt;there&gt;</body>"));
@@ -36,6 +45,24 @@ TEST_F(ChatSession, TypedTextGoesOutAndTheBarIsEmptied) {
     bar.send();
     EXPECT_EQ(stream().sent.size(), sent);
     EXPECT_EQ(bar.text(), "");
+}
+
+TEST_F(ChatSession, LinesThatNeverArrivedComeBack) {
+    openAndJoin();
+    auto& bar = *screen->entryView;
+    const auto data = QuorrandChatMessage::createJSONMessage("qd-bot://x", "users:7", "1");
+    const auto told = [&](const std::vector<std::string>& texts) {
+        screen->chatDidNotSend(*support->chat, texts);
+        EXPECT_EQ(fakes.progress->shown.back(), "error Your message has not been sent.");
+    };
+    told({data});
+    EXPECT_EQ(bar.text(), "");
+    told({"one", data, R"({"typed": 1})", "two"});
+    EXPECT_EQ(bar.text(), "one\n{\"typed\": 1}\ntwo");
+    EXPECT_TRUE(bar.isSendEnabled());
+    told({"three"});
+    EXPECT_EQ(bar.text(), "one\n{\"typed\": 1}\ntwo") << "what is being typed stays";
+    EXPECT_EQ(fakes.presenter->alerts.back().message, "Your message has not been sent.\n\nthree");
 }
 
 TEST_F(ChatSession, BurstOfLinesIsOneReload) {
@@ -120,6 +147,38 @@ TEST_F(ChatSession, AttachmentAndBackKeepsTheList) {
     EXPECT_EQ(picture->reloads, before + 1);
 }
 
+TEST_F(ChatSession, ArticleOpensOnceAndNeverTheWrongOne) {
+    openAndJoin();
+    receive(
+        Json{{"secret", QuorrandChatMessage::MD5("kb")}, {"kb", {{"id", "k1"}, {"preview", "p"}}}}
+            .dump());
+    const auto line = screen->lastMessage();
+    const auto tap = [&](const Json& results, int status = 200) {
+        screen->handleMessageTapped(line);
+        answer("/kb/get?id=k1", {{"results", results}}, status);
+    };
+    screen->messageTapped({"", std::shared_ptr<void>(line), {}});
+    screen->messageTapped({"", std::shared_ptr<void>(std::make_shared<int>(1)), {}});
+    answer("/kb/get?id=k1", {{"results", {{{"body", "<p>one</p>"}}, 5}}});
+    ASSERT_EQ(fakes.presenter->pushed.size(), 1);
+    EXPECT_EQ(fakes.presenter->pushed.back(), screen->kbViewController);
+    EXPECT_EQ(screen->kbViewController->title, "Knowledge Base");
+    EXPECT_EQ(screen->kbViewController->html, "<p>one</p>");
+    EXPECT_EQ(screen->kbViewController->initialUrl, "");
+
+    for (const auto& results : {Json(), Json::array(), Json{{{"body", nullptr}}}, Json{1}}) {
+        tap(results);
+        EXPECT_EQ(fakes.presenter->alerts.back().title,
+                  "Unable to retrieve knowledge base article");
+    }
+    tap(nullptr, 404);
+    EXPECT_THAT(fakes.presenter->alerts.back().message, testing::HasSubstr("404"));
+    screen->chatDidTapKBForMessage(*support->chat, line);
+    disappear();
+    answer("/kb/get?id=k1", {{"results", {{{"body", "late"}}}}});
+    EXPECT_EQ(fakes.presenter->pushed.size(), 1) << "another screen is on view";
+}
+
 TEST_F(ChatSession, LinesCountAsUnreadWhileTheScreenIsAway) {
     openAndJoin();
     receive("seen");
@@ -168,6 +227,32 @@ TEST_F(ChatSession, OnlyTheNewestInvitationAsksHowToJoin) {
               "Video chat and screen sharing is unavailable in this version.");
 }
 
+TEST_F(ChatSession, RoadsForHosts) {
+    openAndJoin();
+    for (const auto* choice : {"Application Screen", "All Device Screens", "Cancel"}) {
+        screen->selectChatTypeWithInfo(Json());
+        EXPECT_EQ(fakes.presenter->alerts.back().message, "What do you want to share?");
+        fakes.presenter->choose(choice);
+    }
+    EXPECT_THAT(companion->log, ElementsAre("screen room@rooms.test t"));
+    EXPECT_EQ(fakes.defaults->fake("group.com.goquorrand.BroadcastExtension").values["token"], "t");
+
+    screen->confirmConnectLaunch();
+    fakes.presenter->choose("OK");
+    EXPECT_THAT(fakes.urlOpener->opened,
+                ElementsAre("goquorrandconnect://prod/member/issue/read?issue_id=55"));
+
+    std::optional<Json> heard;
+    const auto observing = NotificationCenter::shared().addObserver(
+        "com.goquorrand.supportsdk.RoomInformationNorification",
+        [&](const Notification& notification) { heard = notification.userInfo; });
+    ChatViewController::notifyRoom("r", "t");
+    EXPECT_EQ(heard, (Json{{"room", "r"}, {"token", "t"}}));
+
+    screen->applicationWillEnterBackground();
+    EXPECT_TRUE(wasSent("type=\"unavailable\""));
+}
+
 TEST_F(ChatSession, PullAndMention) {
     openAndJoin();
     screen->refreshLists();
@@ -179,6 +264,23 @@ TEST_F(ChatSession, PullAndMention) {
     bar.setText("ask ");
     for (const auto* who : {"agent:1", "nobody", "users:7", ""}) screen->addMentionToInput(who);
     EXPECT_EQ(bar.text(), "ask @bousers:7");
+
+    EXPECT_THAT(screen->mentionSuggestions, ElementsAre("@all", "@bo"));
+    const auto& list = *bar.autocompletionTableView;
+    bar.frame = {0, 500, 320, 40};
+    bar.setText("@");
+    bar.setText("@b");
+    EXPECT_EQ(list.frame.y, 500 - 30 - 3);
+    EXPECT_EQ(list.frame.height, 30);
+    EXPECT_EQ(picture->suggestionsInView, 1);
+    screen->chatRefreshEligibleParticipants(*support->chat);
+    answer("/chat/get/c1", {{"participants_eligible", {{"agent:2", {{"alias", "@new"}}}}}});
+    EXPECT_THAT(list.suggestionsDictionary(), ElementsAre("@all", "@new"));
+    bar.setText("");
+    EXPECT_EQ(picture->suggestionsInView, 0);
+    bar.attach();
+    EXPECT_EQ(fakes.photoChooser->openings, 1);
+    EXPECT_TRUE(support->chat->isActionRequested);
 }
 
 }  // namespace
