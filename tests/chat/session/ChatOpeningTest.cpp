@@ -1,3 +1,4 @@
+#include "supportsdk/chat/QDChatCollectionView.h"
 #include "supportsdk/theme/Appearance.h"
 #include "tests/chat/session/ChatSessionFixture.h"
 
@@ -69,6 +70,7 @@ TEST_F(ChatSession, ReadOnlyChatIsTranscriptsAndNothingElse) {
     EXPECT_FALSE(screen->entryView);
     EXPECT_THAT(screen->rightBarButtons, IsEmpty());
     EXPECT_THAT(lines(), ElementsAre("me: help", "they: sure"));
+    EXPECT_EQ(screen->collectionView->dataSource.lock(), support->chat->viewModel);
     screen->send();
     screen->addMentionToInput("agent:1");
     EXPECT_EQ(fakes.http->sent.size(), 1);
