@@ -45,6 +45,9 @@ void sortIgnoringCase(std::vector<std::string>& texts) {
 }  // namespace
 
 void QuorrandChat::setParticipantsEligible(std::optional<Json> participants) {
+    // Each line of a stranger has them asked for again, and mostly the answer is the same: no
+    // reason to group a long chat anew.
+    if (participants == participantsEligible_) return;
     participantsEligible_ = std::move(participants);
     ++participantsRevision_;
 }

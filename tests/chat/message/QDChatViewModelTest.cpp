@@ -96,6 +96,9 @@ TEST_F(ChatViewModel, StrangersAreHeldBackUntilTheyMayBeShown) {
     EXPECT_THAT(shown(), ElementsAre(ElementsAre("hello")));
     EXPECT_EQ(model.lastMessage(), held);
 
+    const auto revision = chat->participantsRevision();
+    letIn({"", "agent"});
+    EXPECT_EQ(chat->participantsRevision(), revision);
     chat->ignoreParticipantStatus = true;
     model.addMessage(at(1min, "who?"));
     EXPECT_THAT(shown(), ElementsAre(ElementsAre("hello", "psst", "who?")));
