@@ -66,9 +66,13 @@ void ChatGroups::rebuild(const std::vector<Message>& lines) {
     Group shown;
     std::copy_if(lines.begin(), lines.end(), std::back_inserter(shown),
                  [&](const Message& line) { return participants->isParticipant(line->from); });
-    std::stable_sort(shown.begin(), shown.end(), [](const Message& left, const Message& right) {
+    const auto isEarlier = [](const Message& left, const Message& right) {
         return dateOf(left) < dateOf(right);
-    });
+    };
+    // Looked at first, because lines nearly always arrive in their order, and a sort would touch
+    // each of them many times.
+    if (!std::is_sorted(shown.begin(), shown.end(), isEarlier))
+        std::stable_sort(shown.begin(), shown.end(), isEarlier);
     for (const auto& line : shown) insert(line);
 }
 

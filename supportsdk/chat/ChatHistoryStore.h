@@ -18,10 +18,10 @@ class SUPPORTSDK_API ChatHistoryStore {
     /// value is damaged starts anew. A write that fails goes unnoticed.
     void addEntry(UserDefaults& defaults, const std::string& conversation, Json line);
 
-    /// The stored lines of a conversation, an array; nothing when there are none. Whatever this
-    /// object knew is replaced by what is stored, where a damaged value counts as empty. But the
-    /// first call in an object's life empties the key, so that a chat never begins with what an
-    /// earlier process has left.
+    /// The stored lines of a conversation, an array; nothing when there are none. What this object
+    /// knew is replaced by what is stored, where a damaged value counts as empty. But an object
+    /// that knows nothing yet empties the store instead: what an earlier process has left is never
+    /// shown.
     [[nodiscard]] std::optional<Json> load(UserDefaults& defaults, const std::string& conversation);
 
  private:

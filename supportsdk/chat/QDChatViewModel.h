@@ -76,10 +76,10 @@ class SUPPORTSDK_API QDChatViewModel : public std::enable_shared_from_this<QDCha
     /// Stores a line under the engine's `commId`; nothing without `isLocalHistory`, a line or a
     /// `commId`.
     void addHistoryEntry(const Message& message);
-    /// Puts what is stored for the engine's `commId` into the place of the lines, without grouping
-    /// it; only the last line's buttons are live. The first call, and one that finds nothing, leave
-    /// the lines alone, and the first call empties the store; nothing happens without
-    /// `isLocalHistory` or a `commId`. Entries that are no dictionaries are left out.
+    /// Replaces the lines by what is stored for the engine's `commId`, only the last one with live
+    /// buttons, and leaves the grouping to the next operation. Entries that are no dictionaries are
+    /// left out. Without stored lines nothing changes; so it is with the first call, which empties
+    /// the store (ChatHistoryStore::load()), and without `isLocalHistory` or a `commId`.
     void loadHistory();
 
     // --- The list's questions; a place that is not there gives 0 and nothing ---
