@@ -1,5 +1,6 @@
 #include "supportsdk/chat/QuorrandChat.h"
 
+#include "supportsdk/chat/NetworkWatch.h"
 #include "supportsdk/chat/xmpp/XmppLink.h"
 #include "supportsdk/chat/xmpp/XmppRoom.h"
 #include "supportsdk/core/ImageLoader.h"

@@ -24,6 +24,7 @@ namespace supportsdk {
 
 class QDChatActionButton;
 class ImageLoader;
+class NetworkWatch;
 class QDChatCollectionView;
 class Stanza;
 class XmppLink;
@@ -276,6 +277,7 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     bool openStream();
     void retire(std::shared_ptr<XmppLink> link);
     void dropStream();
+    void networkDidChange();
     void linkDidAuthenticate(XmppLink& link);
     bool linkDidReceive(XmppLink& link, const std::shared_ptr<const Stanza>& stanza);
     void linkDidEnd(XmppLink& link, const XmppStreamEnd& end);
@@ -322,6 +324,8 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     const std::unique_ptr<ImageLoader> imageLoader_;
     /// By file name; null for those that cannot be shown.
     mutable std::map<std::string, std::shared_ptr<const AnimatedImage>> emoticonImages_;
+    /// From connect() to disconnect().
+    std::unique_ptr<NetworkWatch> networkStatus_;
     std::shared_ptr<XmppLink> link_;
     std::shared_ptr<XmppLink> closingLink_;
     std::shared_ptr<XmppRoom> xmppRoom_;

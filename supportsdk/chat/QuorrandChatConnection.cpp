@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "supportsdk/chat/NetworkWatch.h"
 #include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/chat/QuorrandChat.h"
 #include "supportsdk/chat/xmpp/Roster.h"
@@ -58,7 +59,22 @@ bool QuorrandChat::openStream() {
     };
     link_ = std::make_shared<XmppLink>(*platform->xmpp, platform->mainQueue, std::move(callbacks));
     link_->connect(options);
+    if (!networkStatus_) {
+        networkStatus_ = std::make_unique<NetworkWatch>(*platform, [weak] {
+            if (const auto self = weak.lock()) self->networkDidChange();
+        });
+    }
     return true;
+}
+
+void QuorrandChat::networkDidChange() {
+    if (!link_) return;
+    if (isConnected()) {
+        link_->checkIsAlive();
+    } else if (link_->isConnecting()) {
+        // What was sent into a dead network comes back only after ever longer pauses.
+        openStream();
+    }
 }
 
 void QuorrandChat::retire(std::shared_ptr<XmppLink> link) {
@@ -86,6 +102,7 @@ void QuorrandChat::disconnect() {
         retire(std::exchange(closingLink_, link_));
         link_->disconnect();
     }
+    networkStatus_.reset();
     dropStream();
 }
 

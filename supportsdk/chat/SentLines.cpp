@@ -1,6 +1,7 @@
 #include "supportsdk/chat/SentLines.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 namespace supportsdk {

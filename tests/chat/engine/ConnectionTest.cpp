@@ -149,6 +149,29 @@ TEST_F(Engine, keepsAMaintainedStreamForTheNextRoom) {
     EXPECT_EQ(streams(), 1U);
 }
 
+TEST_F(Engine, noticesAnotherNetworkAtOnce) {
+    chat->connect();
+    auto& network = *fake.reachability->refs.back();
+    const auto change = [&](std::uint32_t flags) {
+        network.change(flags);
+        fake.queue->drain();
+    };
+    change(0);
+    EXPECT_EQ(streams(), 1U);
+    change(reachabilityReachable);
+    ASSERT_EQ(streams(), 2U) << "the first attempt hangs in a dead network";
+    EXPECT_TRUE(fake.xmpp->streams.front()->destroyed);
+    stream().authenticate();
+    enter();
+    change(reachabilityReachable | reachabilityIsWWAN);
+    EXPECT_THAT(stream().sent.back(), testing::HasSubstr("urn:xmpp:ping"));
+    network.change(reachabilityReachable);
+    chat->disconnect();
+    fake.queue->drain();
+    EXPECT_FALSE(network.callback);
+    EXPECT_EQ(streams(), 2U);
+}
+
 TEST_F(Engine, isSilentAboutAnAttemptThatNobodyWaitsFor) {
     chat->maintainConnection = true;
     chat->connect();
