@@ -4,13 +4,17 @@
 #include <algorithm>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "bench/chat/Measurements.h"
 
 int main(int count, char** arguments) {
     using namespace supportsdk::bench;
     const std::vector<std::string> wanted(arguments + 1, arguments + count);
-    const std::map<std::string, void (*)()> all{{"pipeline", measurePipeline}};
+    const std::map<std::string, void (*)()> all{{"growth", measureGrowth},
+                                                {"memory", measureMemory},
+                                                {"pipeline", measurePipeline},
+                                                {"sending", measureSending}};
     for (const auto& [name, measure] : all) {
         if (wanted.empty() || std::find(wanted.begin(), wanted.end(), name) != wanted.end())
             measure();

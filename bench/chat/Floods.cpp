@@ -3,19 +3,18 @@
 #include <array>
 #include <cstdio>
 
-#include "supportsdk/chat/QuorrandChatMessage.h"
-
 namespace supportsdk::bench {
 
 namespace {
 
 constexpr std::size_t plainBytes = 260;
+constexpr const char* pictured = "users:";
 
 /// Every line has an id and one of three senders, as rooms send them.
-std::string head(std::size_t number) {
+std::string head(std::size_t number, const char* kind) {
     std::array<char, 128> text{};
     std::snprintf(text.data(), text.size(),
-                  "<message from='%s/users:%zu' type='groupchat' id='l%08zu'><body>", roomJid,
+                  "<message from='%s/%s%zu' type='groupchat' id='l%08zu'><body>", roomJid, kind,
                   number % 3, number);
     return text.data();
 }
@@ -30,11 +29,17 @@ std::string stamp(std::size_t number) {
     return text.data();
 }
 
-/// `opening` filled up with words until the line has the wanted size.
-std::string line(std::size_t number, const std::string& opening, const std::string& children = {}) {
+struct Variant {
+    const char* kind = "agent-";
+    std::string opening = {};
+    std::string children = {};
+};
+
+/// Filled up with words until it has the wanted size.
+std::string line(std::size_t number, const Variant& variant) {
     static const std::string words = "Could you try that once more, please, and tell me? ";
-    const std::string foot = "</body>" + children + "</message>";
-    std::string text = head(number) + opening;
+    const std::string foot = "</body>" + variant.children + "</message>";
+    std::string text = head(number, variant.kind) + variant.opening;
     for (std::size_t at = 0; text.size() + foot.size() < plainBytes; ++at)
         text += words[at % words.size()];
     return text + foot;
@@ -51,26 +56,40 @@ Flood flood(const char* name, std::size_t count, Make make) {
 }  // namespace
 
 Flood plainFlood(std::size_t count) {
-    return flood("plain lines", count, [](std::size_t number) { return line(number, ""); });
+    return flood("plain lines", count, [](std::size_t number) { return line(number, {}); });
 }
 
 Flood historyFlood(std::size_t count) {
     return flood("history lines", count,
-                 [](std::size_t number) { return line(number, "", stamp(number)); });
+                 [](std::size_t number) { return line(number, {.children = stamp(number)}); });
 }
 
 Flood emoticonFlood(std::size_t count) {
-    return flood("lines with emoticons", count,
-                 [](std::size_t number) { return line(number, "(smile) Thanks (Wink) "); });
+    return flood("lines with emoticons", count, [](std::size_t number) {
+        return line(number, {.opening = "(smile) Thanks (Wink) "});
+    });
 }
 
-Flood avatarFlood(std::size_t count, const std::string& pictures) {
-    const std::string body = R"({"message":"Could you try that once more, please?","secret":")" +
-                             QuorrandChatMessage::MD5("plain") + R"(","context":{"from_avatar":")" +
-                             pictures;
-    return flood("envelopes with avatars", count, [body](std::size_t number) {
-        return head(number) + body + std::to_string(number % 3) + "\"}}</body></message>";
-    });
+Flood avatarFlood(std::size_t count) {
+    return flood("lines with avatars", count,
+                 [](std::size_t number) { return line(number, {.kind = pictured}); });
+}
+
+std::vector<std::shared_ptr<const Stanza>> plainStanzas(std::size_t first, std::size_t count) {
+    StanzaBuilder builder;
+    std::vector<std::shared_ptr<const Stanza>> stanzas;
+    for (auto number = first; number < first + count; ++number) {
+        const auto parsed = Stanza::parse(line(number, {}));
+        builder.open(parsed->name());
+        for (const auto& attribute : parsed->root().attributes())
+            builder.attribute(attribute.name(), attribute.value());
+        builder.open("body");
+        builder.text(parsed->root().child_value("body"));
+        builder.close();
+        builder.close();
+        stanzas.push_back(builder.finish());
+    }
+    return stanzas;
 }
 
 std::vector<test::RawServer::Line> scriptOf(const Flood& flood) {

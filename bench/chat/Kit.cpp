@@ -21,14 +21,15 @@ Kit::Kit() {
     options.mainQueue = loop;
     options.dataFolder = folder.path;
     options.log = std::make_shared<Silence>();
+    options.resourcesFolder = SUPPORTSDK_RESOURCES;
     options.allowClearTextOnLoopback = true;
     chat = QuorrandChat::create(linuxPlatform(options));
     chat->loadEmoticons();
     Json participants = Json::object();
-    for (const char* key : {"users:0", "users:1", "users:2"})
+    for (const char* key : {"agent-0", "agent-1", "agent-2", "users:0", "users:1", "users:2"})
         participants[key] = {{"name", std::string("Agent ") + key}, {"alias", key}};
     chat->setParticipantsEligible(participants);
-    chat->me = "users:0";
+    chat->me = "agent-0";
 }
 
 Kit::~Kit() {

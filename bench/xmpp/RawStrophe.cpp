@@ -3,6 +3,7 @@
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
+#include <pthread.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -35,6 +36,7 @@ void RawStrophe::send(std::string xml) {
 }
 
 void RawStrophe::run(std::uint16_t port) {
+    pthread_setname_np(pthread_self(), threadName);
     xmpp_ctx_t* context = xmpp_ctx_new(nullptr, nullptr);
     xmpp_conn_t* connection = xmpp_conn_new(context);
     xmpp_conn_set_flags(connection, XMPP_CONN_FLAG_DISABLE_SM | XMPP_CONN_FLAG_DISABLE_TLS);

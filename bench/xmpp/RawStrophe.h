@@ -15,6 +15,8 @@ namespace supportsdk::bench {
 /// eventfd, and nothing around it. Clear text; logs in as ann@raw.test.
 class RawStrophe {
  public:
+    static constexpr const char* threadName = "raw-strophe";
+
     explicit RawStrophe(std::uint16_t port);
     ~RawStrophe();
     RawStrophe(const RawStrophe&) = delete;

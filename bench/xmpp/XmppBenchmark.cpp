@@ -1,13 +1,13 @@
 // Figures of the XMPP stream: wake-ups in an idle room, latency of a send, and stanzas a second,
 // the latter two against bare libstrophe in the same run.
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <map>
 
 #include "backends/strophe/StropheStreamFactory.h"
+#include "bench/xmpp/Arrival.h"
 #include "bench/xmpp/RawStrophe.h"
 #include "service/prosody/ProsodyServer.h"
 #include "tests/backends/strophe/RawServer.h"
@@ -95,28 +95,6 @@ void measureIdleRoom(std::chrono::seconds duration) {
     }
 }
 
-// Notes when the last byte of a message has reached the server.
-struct Arrival {
-    void heard(std::string_view text) {
-        if (text.ends_with("</message>")) at.store(Clock::now().time_since_epoch().count());
-    }
-    [[nodiscard]] double sendAndWait(const std::function<void()>& send) {
-        at = 0;
-        const auto start = Clock::now();
-        send();
-        while (at == 0) std::this_thread::yield();
-        const Clock::duration end{at.load()};
-        return std::chrono::duration<double, std::micro>(end - start.time_since_epoch()).count();
-    }
-    std::atomic<Clock::rep> at = 0;
-};
-
-void print(const char* name, std::vector<double> times) {
-    std::sort(times.begin(), times.end());
-    std::printf("send to arrival, %s: median %.0f us, p99 %.0f us (%zu sends)\n", name,
-                times[times.size() / 2], times[times.size() * 99 / 100], times.size());
-}
-
 void measureLatency() {
     const std::string line =
         "<message type='groupchat' to='case-1@rooms.raw.test' id='1'><body>Could you try that "
@@ -137,14 +115,11 @@ void measureLatency() {
     std::vector<double> kitTimes;
     std::vector<double> rawTimes;
     for (int i = 0; i < 2000; ++i) {
-        // In turns, each after a pause: a person types into an idle link.
-        std::this_thread::sleep_for(milliseconds{1});
         rawTimes.push_back(rawArrival.sendAndWait([&] { raw.send(line); }));
-        std::this_thread::sleep_for(milliseconds{1});
         kitTimes.push_back(kitArrival.sendAndWait([&] { kit.stream->send(line); }));
     }
-    print("bare libstrophe", rawTimes);
-    print("the kit", kitTimes);
+    printTimes("bare libstrophe", rawTimes);
+    printTimes("the kit", kitTimes);
 }
 
 void measureReceiving() {

@@ -1,18 +1,26 @@
 #include "supportsdk/platform/StanzaOutline.h"
 
+#include <array>
+
 #include "supportsdk/platform/Stanza.h"
 
 namespace supportsdk {
 
 namespace {
 
-/// Whether the character cannot stand for itself: in text or between quotes.
-bool isEscaped(char character, bool quoted) {
-    if (character == '&' || character == '<') return true;
-    if (quoted) return character == '"' || static_cast<unsigned char>(character) < 0x20;
-    return character == '>' ||
-           (static_cast<unsigned char>(character) < 0x20 && character != '\t' && character != '\n');
+/// The characters that cannot stand for themselves.
+using Escaped = std::array<bool, 256>;
+
+constexpr Escaped escapedBesides(std::string_view controls, std::string_view others) {
+    Escaped escaped{};
+    for (std::size_t control = 0; control < 0x20; ++control)
+        escaped[control] = controls.find(static_cast<char>(control)) == std::string_view::npos;
+    for (const char other : others) escaped[static_cast<unsigned char>(other)] = true;
+    return escaped;
 }
+
+constexpr Escaped escapedInText = escapedBesides("\t\n", "&<>");
+constexpr Escaped escapedInQuotes = escapedBesides("", "&<\"");
 
 void appendEntity(std::string& xml, char character) {
     switch (character) {
@@ -82,14 +90,15 @@ StanzaOutline::Slice StanzaBuilder::append(std::string_view text) {
 
 StanzaOutline::Slice StanzaBuilder::appendEscaped(std::string_view text, bool quoted) {
     std::size_t plain = 0;
-    while (plain < text.size() && !isEscaped(text[plain], quoted)) ++plain;
+    const auto& escaped = quoted ? escapedInQuotes : escapedInText;
+    while (plain < text.size() && !escaped[static_cast<unsigned char>(text[plain])]) ++plain;
     if (plain == text.size()) return append(text);
     auto& decoded = scratch_.decoded_;
     const Slice slice{static_cast<std::uint32_t>(decoded.size()),
                       static_cast<std::uint32_t>(text.size()), true};
     decoded += text;
     for (const char character : text) {
-        if (isEscaped(character, quoted)) {
+        if (escaped[static_cast<unsigned char>(character)]) {
             appendEntity(scratch_.xml_, character);
         } else {
             scratch_.xml_ += character;
