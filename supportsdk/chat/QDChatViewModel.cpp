@@ -14,9 +14,8 @@ namespace {
 
 constexpr std::chrono::minutes largestClockDifference{1};
 
-std::string words(const QuorrandChatMessage& message) {
-    // No zero byte can be in either.
-    return message.from.value_or("") + '\0' + message.text.value_or("");
+std::pair<std::string, std::string> senderAndText(const QuorrandChatMessage& message) {
+    return {message.from.value_or(""), message.text.value_or("")};
 }
 
 bool areClose(const QuorrandChatMessage& left, const QuorrandChatMessage& right) {
@@ -65,7 +64,7 @@ void QDChatViewModel::restoreMessages(std::vector<Message> earlier) {
                   earlier.end());
     for (const auto& message : earlier) {
         if (!message->isDelayed && message->hasComputedId)
-            heardLive_.emplace(words(*message), message);
+            heardLive_.emplace(senderAndText(*message), message);
         if (!messages_.empty() || message != earlier.back()) freeze(*message);
     }
     messages_.insert(messages_.begin(), std::make_move_iterator(earlier.begin()),
@@ -80,7 +79,7 @@ bool QDChatViewModel::isRestoredMessage(const QuorrandChatMessage& message) cons
 QDChatViewModel::HeardLive::const_iterator QDChatViewModel::findHeardLive(
     const QuorrandChatMessage& message) const {
     if (heardLive_.empty() || !message.isDelayed || !message.hasComputedId) return heardLive_.end();
-    const auto [begin, end] = heardLive_.equal_range(words(message));
+    const auto [begin, end] = heardLive_.equal_range(senderAndText(message));
     const auto sameId =
         std::find_if(begin, end, [&](const auto& one) { return one.second->id == message.id; });
     if (sameId != end) return sameId;

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "supportsdk/chat/ChatGroups.h"
@@ -105,7 +106,7 @@ class SUPPORTSDK_API QDChatViewModel : public std::enable_shared_from_this<QDCha
     [[nodiscard]] std::string usernameOf(const QuorrandChatMessage& line) const;
     void removeAll();
 
-    using HeardLive = std::unordered_multimap<std::string, Message>;
+    using HeardLive = std::multimap<std::pair<std::string, std::string>, Message>;
     [[nodiscard]] HeardLive::const_iterator findHeardLive(const QuorrandChatMessage& message) const;
     void forgetHeardLive(const QuorrandChatMessage& message);
 

@@ -147,13 +147,6 @@ TEST_F(ChatViewModel, HistoryRepeatsARestoredLineWithTheServersStamp) {
     EXPECT_EQ(model.messages().size(), 4);
 }
 
-TEST_F(ChatViewModel, UndatedLinesComeFirst) {
-    const auto undated = QuorrandChatMessage::createWithTranscript(*chat, {{"message", "old"}});
-    model.addMessage(at(0min, "new"));
-    model.addMessage(undated);
-    EXPECT_THAT(shown(), ElementsAre(ElementsAre("old"), ElementsAre("new")));
-}
-
 TEST_F(ChatViewModel, ShortcutsShowWhatThePlainRuleShows) {
     for (unsigned seed = 0; seed < 40; ++seed) {
         SCOPED_TRACE(seed);
