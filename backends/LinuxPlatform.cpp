@@ -8,6 +8,7 @@
 
 #include "backends/avahi/AvahiNetServiceFactory.h"
 #include "backends/curl/CurlHttpClient.h"
+#include "backends/gio/PortalPhotoChooser.h"
 #include "backends/gio/PortalTraits.h"
 #include "backends/gio/PortalUrlOpener.h"
 #include "backends/image/PixbufImageCodec.h"
@@ -117,7 +118,8 @@ std::shared_ptr<Platform> linuxPlatform(const LinuxPlatformOptions& options) {
     platform->globalAppearance = std::make_shared<NoneGlobalAppearance>();
     platform->urlOpener = std::make_shared<PortalUrlOpener>(
         PortalUrlOpenerOptions{options.mainQueue, platform->backgroundQueue});
-    platform->photoChooser = std::make_shared<NonePhotoChooser>(options.mainQueue);
+    platform->photoChooser = std::make_shared<PortalPhotoChooser>(PortalPhotoChooserOptions{
+        options.mainQueue, platform->backgroundQueue, platform->log, platform->localizer});
     return platform;
 }
 

@@ -33,8 +33,8 @@ struct LinuxPlatformOptions {
     bool allowClearTextOnLoopback = false;
 };
 
-/// A platform for Linux with every slot filled: presenter, progress, global appearance and photo
-/// chooser by parts that show nothing, to be replaced by the host's. Starts no thread and opens no
+/// A platform for Linux with every slot filled: presenter, progress and global appearance
+/// by parts that show nothing, to be replaced by the host's. Starts no thread and opens no
 /// file or socket. Any slot may be replaced before the platform is handed to the kit. Null when
 /// `mainQueue` is.
 SUPPORTSDK_API std::shared_ptr<Platform> linuxPlatform(const LinuxPlatformOptions& options);

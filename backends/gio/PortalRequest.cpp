@@ -1,6 +1,8 @@
 #include "backends/gio/PortalRequest.h"
 
+#include <functional>
 #include <optional>
+#include <utility>
 
 #include "backends/gio/SessionBus.h"
 
@@ -34,6 +36,7 @@ class Response {
     Response& operator=(const Response&) = delete;
 
     std::optional<guint32> code;
+    Variant results;
 
  private:
     static void receive(GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar*,
@@ -41,22 +44,32 @@ class Response {
         if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ua{sv})"))) return;
         guint32 code = 0;
         g_variant_get_child(parameters, 0, "u", &code);
-        static_cast<Response*>(self)->code = code;
+        auto& response = *static_cast<Response*>(self);
+        response.code = code;
+        response.results.reset(g_variant_get_child_value(parameters, 1));
     }
 
     GDBusConnection* connection_;
     guint subscription_;
 };
 
-bool callOpenUri(GDBusConnection* connection, const std::string& url,
-                 std::chrono::milliseconds limit, GCancellable* cancellable) {
+struct PortalQuestion {
+    const char* interface;
+    const char* method;
+    /// The arguments, of which the options come last; called once, with those that every request
+    /// has.
+    std::function<GVariant*(GVariantBuilder& options)> arguments;
+};
+
+bool call(GDBusConnection* connection, const PortalQuestion& question,
+          std::chrono::milliseconds limit, GCancellable* cancellable) {
     GVariantBuilder options;
     g_variant_builder_init(&options, G_VARIANT_TYPE_VARDICT);
     g_variant_builder_add(&options, "{sv}", "handle_token", g_variant_new_string(requestToken));
     const Variant reply(g_dbus_connection_call_sync(
-        connection, portalName, portalPath, "org.freedesktop.portal.OpenURI", "OpenURI",
-        g_variant_new("(ssa{sv})", "", url.c_str(), &options), G_VARIANT_TYPE("(o)"),
-        G_DBUS_CALL_FLAGS_NONE, static_cast<gint>(limit.count()), cancellable, nullptr));
+        connection, portalName, portalPath, question.interface, question.method,
+        question.arguments(options), G_VARIANT_TYPE("(o)"), G_DBUS_CALL_FLAGS_NONE,
+        static_cast<gint>(limit.count()), cancellable, nullptr));
     return reply != nullptr;
 }
 
@@ -76,23 +89,74 @@ void waitFor(const Response& response, GDBusConnection* connection, GMainContext
     g_source_unref(timer);
 }
 
+struct PortalAnswer {
+    bool isTaken = false;
+    std::optional<guint32> code;
+    Variant results;
+};
+
+PortalAnswer ask(const PortalQuestion& question, const PortalTimeouts& timeouts,
+                 GCancellable* cancellable) {
+    PortalAnswer answer;
+    const ThreadContext context;
+    const auto connection = connectToSessionBus(cancellable);
+    if (!connection) return answer;
+    {
+        Response response(connection.get(), requestPath(connection.get()));
+        answer.isTaken = call(connection.get(), question, timeouts.call, cancellable);
+        if (answer.isTaken)
+            waitFor(response, connection.get(), context.get(), timeouts.choice, cancellable);
+        answer.code = response.code;
+        answer.results = std::move(response.results);
+    }
+    g_dbus_connection_close_sync(connection.get(), nullptr, nullptr);
+    return answer;
+}
+
+/// "a(sa(us))": names and, under each, types; 1 says that a type is a MIME type.
+GVariant* pictureFilters() {
+    GVariantBuilder types;
+    g_variant_builder_init(&types, G_VARIANT_TYPE("a(us)"));
+    for (const auto* type : {"image/png", "image/jpeg", "image/gif", "image/bmp", "image/webp"})
+        g_variant_builder_add(&types, "(us)", guint32{1}, type);
+    GVariantBuilder filters;
+    g_variant_builder_init(&filters, G_VARIANT_TYPE("a(sa(us))"));
+    g_variant_builder_add(&filters, "(sa(us))", "PNG, JPEG, GIF, BMP, WebP", &types);
+    return g_variant_builder_end(&filters);
+}
+
 }  // namespace
 
 bool openThroughPortal(const std::string& url, const PortalTimeouts& timeouts,
                        GCancellable* cancellable) {
     if (!g_utf8_validate(url.data(), static_cast<gssize>(url.size()), nullptr)) return false;
-    const ThreadContext context;
-    const auto connection = connectToSessionBus(cancellable);
-    if (!connection) return false;
-    std::optional<guint32> code;
-    {
-        const Response response(connection.get(), requestPath(connection.get()));
-        if (callOpenUri(connection.get(), url, timeouts.call, cancellable))
-            waitFor(response, connection.get(), context.get(), timeouts.choice, cancellable);
-        code = response.code;
+    const auto arguments = [&](GVariantBuilder& options) {
+        return g_variant_new("(ssa{sv})", "", url.c_str(), &options);
+    };
+    const auto answer =
+        ask({"org.freedesktop.portal.OpenURI", "OpenURI", arguments}, timeouts, cancellable);
+    return answer.code == 0U;
+}
+
+PortalChoice choosePicturesThroughPortal(const std::string& title, const PortalTimeouts& timeouts,
+                                         GCancellable* cancellable) {
+    const auto arguments = [&](GVariantBuilder& options) {
+        g_variant_builder_add(&options, "{sv}", "multiple", g_variant_new_boolean(TRUE));
+        g_variant_builder_add(&options, "{sv}", "filters", pictureFilters());
+        return g_variant_new("(ssa{sv})", "", title.c_str(), &options);
+    };
+    const auto answer =
+        ask({"org.freedesktop.portal.FileChooser", "OpenFile", arguments}, timeouts, cancellable);
+    PortalChoice choice{answer.isTaken, {}};
+    if (answer.code != 0U || !answer.results) return choice;
+    const Variant uris(
+        g_variant_lookup_value(answer.results.get(), "uris", G_VARIANT_TYPE_STRING_ARRAY));
+    for (gsize at = 0; uris && at < g_variant_n_children(uris.get()); ++at) {
+        const gchar* uri = nullptr;
+        g_variant_get_child(uris.get(), at, "&s", &uri);
+        choice.uris.emplace_back(uri);
     }
-    g_dbus_connection_close_sync(connection.get(), nullptr, nullptr);
-    return code == 0U;
+    return choice;
 }
 
 }  // namespace supportsdk

@@ -1,10 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <utility>
-
-#include "supportsdk/platform/PhotoChooser.h"
-#include "supportsdk/platform/Queues.h"
 #include "supportsdk/platform/Screens.h"
 
 namespace supportsdk {
@@ -32,19 +27,6 @@ class NoneProgress final : public Progress {
     void dismissAfter(std::chrono::milliseconds) override {}
     void setMinimumDisplayTime(std::chrono::milliseconds) override {}
     void setDarkStyle(bool) override {}
-};
-
-/// Nobody is there to choose anything.
-class NonePhotoChooser final : public PhotoChooser {
- public:
-    explicit NonePhotoChooser(std::shared_ptr<MainQueue> queue) : queue_(std::move(queue)) {}
-    void choose(const PhotoChooserOptions&,
-                std::function<void(std::vector<PhotoItem>)> completion) override {
-        queue_->post([completion = std::move(completion)] { completion({}); });
-    }
-
- private:
-    const std::shared_ptr<MainQueue> queue_;
 };
 
 class NoneGlobalAppearance final : public GlobalAppearance {

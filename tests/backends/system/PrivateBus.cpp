@@ -20,6 +20,12 @@ constexpr const char* portalInterface = R"(<node>
       <arg type="a{sv}" direction="in"/><arg type="o" direction="out"/>
     </method>
   </interface>
+  <interface name="org.freedesktop.portal.FileChooser">
+    <method name="OpenFile">
+      <arg type="s" direction="in"/><arg type="s" direction="in"/>
+      <arg type="a{sv}" direction="in"/><arg type="o" direction="out"/>
+    </method>
+  </interface>
   <interface name="org.freedesktop.portal.Settings">
     <method name="Read">
       <arg type="s" direction="in"/><arg type="s" direction="in"/>
@@ -152,15 +158,34 @@ void FakePortal::call(GDBusConnection* connection, const gchar* sender, const gc
                       const gchar* method, GVariant* parameters, GDBusMethodInvocation* invocation,
                       gpointer self) {
     auto* portal = static_cast<FakePortal*>(self);
-    if (method == std::string("OpenURI")) {
-        portal->openUri(connection, sender, parameters, invocation);
+    if (method == std::string("OpenURI") || method == std::string("OpenFile")) {
+        portal->answerRequest(connection, sender, parameters, invocation);
     } else {
         portal->read(method, invocation);
     }
 }
 
-void FakePortal::openUri(GDBusConnection* connection, const std::string& sender,
-                         GVariant* parameters, GDBusMethodInvocation* invocation) {
+GVariant* FakePortal::results() {
+    GVariantBuilder builder;
+    g_variant_builder_init(&builder, G_VARIANT_TYPE_VARDICT);
+    const std::lock_guard lock(mutex_);
+    std::vector<const gchar*> addresses;
+    for (const auto& uri : uris_) addresses.push_back(uri.c_str());
+    if (!uris_.empty()) {
+        g_variant_builder_add(
+            &builder, "{sv}", "uris",
+            g_variant_new_strv(addresses.data(), static_cast<gssize>(addresses.size())));
+    }
+    return g_variant_builder_end(&builder);
+}
+
+void FakePortal::setChosen(std::vector<std::string> uris) {
+    const std::lock_guard lock(mutex_);
+    uris_ = std::move(uris);
+}
+
+void FakePortal::answerRequest(GDBusConnection* connection, const std::string& sender,
+                               GVariant* parameters, GDBusMethodInvocation* invocation) {
     const gchar* url = nullptr;
     g_variant_get_child(parameters, 1, "&s", &url);
     if (asked_) asked_(url);
@@ -178,11 +203,9 @@ void FakePortal::openUri(GDBusConnection* connection, const std::string& sender,
     g_variant_unref(options);
 
     const auto respond = [&](const std::string& at, guint32 code) {
-        g_dbus_connection_emit_signal(
-            connection, sender.c_str(), at.c_str(), "org.freedesktop.portal.Request", "Response",
-            g_variant_new("(u@a{sv})", code,
-                          g_variant_new_array(G_VARIANT_TYPE("{sv}"), nullptr, 0)),
-            nullptr);
+        g_dbus_connection_emit_signal(connection, sender.c_str(), at.c_str(),
+                                      "org.freedesktop.portal.Request", "Response",
+                                      g_variant_new("(u@a{sv})", code, results()), nullptr);
     };
     if (manner_ == Manner::answersEarly) respond(path, 0);
     g_dbus_method_invocation_return_value(invocation, g_variant_new("(o)", path.c_str()));
