@@ -27,6 +27,8 @@ constexpr char standardScript[] = R"script({
      "say": ["Then the display has no power. Please check the cable at its back."]},
     {"words": ["the light", "picture"],
      "say": ["I see it (bulb) That is as it should be."]},
+    {"words": ["/files/"],
+     "say": ["Thank you for the picture. What does it show?"]},
     {"words": ["article", "help", "manual"],
      "say": [{"kind": "kb", "message": "This may help:",
               "kb": {"id": "kb-3", "title": "The screen stays dark",
