@@ -49,7 +49,8 @@ enum class ChatSend {
 /// The chat engine: owns the XMPP stream, the room (XEP-0045), the keep-alive (XEP-0199), the
 /// connect and join timers, the unread count, the emoticon tables and the chat's look. A screen
 /// fills in credentials and calls connect(); every step comes back through the delegate. A lost
-/// stream is connected again, and the room joined again, until somebody calls disconnect().
+/// stream is connected again, and the room joined again, until somebody calls disconnect(); the
+/// lines that were known then come back to the list with the first message of the room.
 ///
 /// Main thread only; no callback runs inside a call, except where an operation reports a state that
 /// it finds.

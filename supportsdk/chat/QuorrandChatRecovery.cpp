@@ -9,8 +9,10 @@ namespace {
 constexpr std::chrono::seconds reflectionLimit{10};
 }
 
+/// Only with a room.
 ChatPlace QuorrandChat::place() {
-    return {muc.value_or(""), roomLines().commId};
+    // Not `muc`, which a screen sets ahead of its join.
+    return {xmppRoom_->jid(), roomLines().commId};
 }
 
 void QuorrandChat::rememberLines() {

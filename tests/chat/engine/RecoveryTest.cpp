@@ -186,7 +186,9 @@ struct RandomConversation : Engine, testing::WithParamInterface<unsigned> {
         }
     };
 
-    [[nodiscard]] unsigned upTo(unsigned limit) { return static_cast<unsigned>(random() % (limit + 1)); }
+    [[nodiscard]] unsigned upTo(unsigned limit) {
+        return static_cast<unsigned>(random() % (limit + 1));
+    }
     void accept(Line line) {
         ++missed;
         accepted.push_back(line.text);
