@@ -16,6 +16,11 @@ std::locale unicodeLocale() {
     }
 }
 
+const std::ctype<wchar_t>& unicodeCharacters() {
+    static const std::locale locale = unicodeLocale();
+    return std::use_facet<std::ctype<wchar_t>>(locale);
+}
+
 std::wstring decoded(std::string_view text) {
     std::wstring characters;
     characters.reserve(text.size());
@@ -37,11 +42,16 @@ std::wstring decoded(std::string_view text) {
 }  // namespace
 
 std::wstring caseFolded(std::string_view text) {
-    static const std::locale locale = unicodeLocale();
     auto characters = decoded(text);
-    std::use_facet<std::ctype<wchar_t>>(locale).tolower(characters.data(),
-                                                        characters.data() + characters.size());
+    unicodeCharacters().tolower(characters.data(), characters.data() + characters.size());
     return characters;
+}
+
+bool isWordCharacter(wchar_t character) {
+    const bool isMark = character >= 0x300 && character <= 0x36F;
+    const bool isJoiner = character == 0x200C || character == 0x200D;
+    return character == L'_' || isMark || isJoiner ||
+           unicodeCharacters().is(std::ctype_base::alnum, character);
 }
 
 }  // namespace supportsdk
