@@ -12,6 +12,7 @@
 
 #include "supportsdk/chat/ChatAppearance.h"
 #include "supportsdk/chat/ChatLineParts.h"
+#include "supportsdk/chat/QDChatActionButton.h"
 #include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/chat/QuorrandChatDelegate.h"
 #include "supportsdk/chat/RoomRecovery.h"
@@ -55,6 +56,7 @@ enum class ChatSend {
 /// Main thread only; no callback runs inside a call, except where an operation reports a state that
 /// it finds.
 class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<QuorrandChat>,
+                                    public ChatActionButtonDelegate,
                                     public ChatImageReceiver,
                                     public ChatParticipants {
  public:
@@ -150,7 +152,8 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     void updateUnreadMessageCount();
     /// Null is not sent.
     void sendMessageToDelegate(const std::shared_ptr<QuorrandChatMessage>& message);
-    void buttonDidPerformAction(QDChatActionButton& button, const std::string& action);
+    /// Of a button whose delegate is the engine: tells the engine's delegate.
+    void buttonDidPerformAction(QDChatActionButton& button, const std::string& action) override;
     /// A person tapped a part of a line: tells the delegate. False when the line has no such part.
     bool lineWasTapped(ChatLinePart part, const std::shared_ptr<QuorrandChatMessage>& message);
     /// Does nothing: the chat screen has its own.
