@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include <csignal>
 
 #include "tests/e2e/Road.h"
@@ -57,6 +59,37 @@ TEST_F(Conversation, SuggestsMentionsAndEmoticonsWhileThePersonTypes) {
     EXPECT_FALSE(chosen.contains("suggestions"));
     host->send({{"do", "send"}});
     awaitLine("Hello (thumbsup)", true);
+}
+
+TEST_F(Conversation, OpensAnArticleAndSendsPictures) {
+    load();
+    const auto issue = openChat();
+    service->say(issue, "This helps.",
+                 {{"kind", "kb"}, {"kb", {{"id", "kb-3"}, {"title", "Dark"}, {"preview", "a+b"}}}});
+    const auto line = awaitLine("This helps.", false);
+    EXPECT_EQ(line["kb"], (Json{{"id", "kb-3"}, {"title", "Dark"}, {"preview", "a b"}}));
+    host->send({{"do", "tapLine"}, {"id", line["id"]}, {"part", "attachment"}});
+    host->await("refused");
+    host->send({{"do", "tapLine"}, {"id", line["id"]}, {"part", "kb"}});
+    EXPECT_THAT(host->await("web").value("html", ""), testing::HasSubstr("Check that the light"));
+    host->send({{"do", "back"}});
+    host->await("left");
+
+    const auto pick = [this](const Json& files) {
+        host->send({{"do", "press"}, {"label", "Attach"}});
+        host->await("chooser");
+        host->send({{"do", "pick"}, {"files", files}});
+    };
+    pick(Json::array());
+    pick({folder.path / "missing.png", SUPPORTSDK_SOURCE_DIR "/resources/images/star-on.png"});
+    EXPECT_EQ(host->await("alert")["title"], "Unable to upload attachment");
+    host->send({{"do", "choose"}, {"label", "OK"}});
+    const auto sent = awaitLineWith("the picture in the room",
+                                    [](const Json& found) { return found.contains("url"); });
+    EXPECT_EQ(sent["type"], "attachment");
+    EXPECT_EQ(sent["mine"], true);
+    host->send({{"do", "tapLine"}, {"id", sent["id"]}, {"part", "attachment"}});
+    EXPECT_EQ(host->await("web")["url"], sent["url"]);
 }
 
 TEST_F(Conversation, GoesOnAfterANewStartWithItsLines) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -80,11 +81,18 @@ class Road : public testing::Test {
 
     /// The line of the chat that says `text`, by this person or by the other side.
     Json awaitLine(const std::string& text, bool mine) {
+        return awaitLineWith("the line \"" + text + "\"", [&](const Json& line) {
+            return line.value("text", "") == text && line["mine"] == mine;
+        });
+    }
+
+    /// The newest line of the chat that is `wanted`.
+    Json awaitLineWith(const std::string& what, const std::function<bool(const Json&)>& wanted) {
         Json found;
-        host->await("the line \"" + text + "\"", [&](const Json& report) {
+        host->await(what, [&](const Json& report) {
             for (const auto& group : report.value("groups", Json::array())) {
                 for (const auto& line : group["lines"]) {
-                    if (line.value("text", "") == text && line["mine"] == mine) found = line;
+                    if (wanted(line)) found = line;
                 }
             }
             return !found.is_null();
