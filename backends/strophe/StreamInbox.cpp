@@ -16,6 +16,8 @@ constexpr std::size_t resumeAt = capacity / 2;
 // notice.
 constexpr std::size_t eventsInOneGo = 64;
 
+constexpr std::size_t fewEvents = 8;
+
 }  // namespace
 
 StreamInbox::StreamInbox(std::shared_ptr<MainQueue> queue, std::function<void(StreamEvent)> handler,
@@ -23,14 +25,18 @@ StreamInbox::StreamInbox(std::shared_ptr<MainQueue> queue, std::function<void(St
     : queue_(std::move(queue)), handler_(std::move(handler)), drained_(std::move(drained)) {}
 
 void StreamInbox::add(StreamEvent event) {
+    ++pending_;
     std::unique_lock lock(mutex_);
     waiting_.push_back(std::move(event));
     postIfNeeded(std::move(lock));
 }
 
 void StreamInbox::add(std::vector<StreamEvent>& events) {
-    if (events.empty()) return;
+    Events handled;
+    pending_ += events.size();
     std::unique_lock lock(mutex_);
+    handled.swap(handled_);
+    if (events.empty()) return;
     std::move(events.begin(), events.end(), std::back_inserter(waiting_));
     postIfNeeded(std::move(lock));
     events.clear();
@@ -45,37 +51,48 @@ void StreamInbox::postIfNeeded(std::unique_lock<std::mutex> lock) {
 }
 
 bool StreamInbox::isFull() const {
-    const std::lock_guard lock(mutex_);
-    return waiting_.size() >= capacity;
+    return pending_ >= capacity;
 }
 
-std::optional<StreamEvent> StreamInbox::next() {
-    std::optional<StreamEvent> event;
-    bool resumes = false;
+bool StreamInbox::refill() {
+    if (next_ < current_.size()) return true;
+    giveBack();
+    const std::lock_guard lock(mutex_);
+    current_.swap(waiting_);
+    return !current_.empty();
+}
+
+void StreamInbox::giveBack() {
+    next_ = 0;
+    Events events;
+    events.swap(current_);
+    // Not worth waking anybody up.
+    if (events.size() < fewEvents) return;
     {
         const std::lock_guard lock(mutex_);
-        if (waiting_.empty()) return std::nullopt;
-        event = std::move(waiting_.front());
-        waiting_.pop_front();
-        resumes = waiting_.size() == resumeAt;
+        handled_.swap(events);
     }
-    if (resumes) drained_();
-    return event;
+    drained_();
 }
 
 void StreamInbox::deliver() {
+    const auto self = shared_from_this();
     {
         std::unique_lock lock(mutex_);
         posted_ = false;
         // Before anything is handled: a handler may run a loop of the host's inside, and what waits
         // behind it is to come in there.
-        if (waiting_.size() > 1) postIfNeeded(std::move(lock));
+        if (current_.size() - next_ + waiting_.size() > 1) postIfNeeded(std::move(lock));
     }
     for (std::size_t handled = 0; handled < eventsInOneGo && !closed_; ++handled) {
-        auto event = next();
-        if (!event) return;
-        handler_(std::move(*event));
+        if (!refill()) return;
+        // A copy, because the handler's loop may get to the end of the others.
+        auto event = current_[next_++];
+        const auto left = --pending_;
+        handler_(std::move(event));
+        if (left == resumeAt && !closed_) drained_();
     }
+    if (!closed_ && next_ == current_.size()) giveBack();
 }
 
 }  // namespace supportsdk

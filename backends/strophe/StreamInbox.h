@@ -1,10 +1,9 @@
 #pragma once
 
-#include <deque>
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -24,14 +23,15 @@ using StreamEvent = std::variant<StreamAuthenticated, std::shared_ptr<const Stan
 /// post, but never so many that the host's other work waits long.
 class StreamInbox : public std::enable_shared_from_this<StreamInbox> {
  public:
-    /// `handler` gets the events on the main thread. `drained` is called there when so much of a
-    /// full inbox is handled that reading may go on.
+    /// `handler` gets the events on the main thread. `drained` is called there to wake the
+    /// stream's thread up: when a full inbox has room again, or handled events wait to be freed.
     StreamInbox(std::shared_ptr<MainQueue> queue, std::function<void(StreamEvent)> handler,
                 std::function<void()> drained);
 
     /// Any thread.
     void add(StreamEvent event);
-    /// All of `events`, which is empty afterwards. Any thread.
+    /// All of `events`, which is empty afterwards. To be called after every step, events or not: it
+    /// also frees what has been handled. The stream's thread.
     void add(std::vector<StreamEvent>& events);
 
     /// So much waits for the main thread that no more should be read. Any thread.
@@ -41,19 +41,29 @@ class StreamInbox : public std::enable_shared_from_this<StreamInbox> {
     void close() { closed_ = true; }
 
  private:
+    using Events = std::vector<StreamEvent>;
+
     /// Gives the lock back.
     void postIfNeeded(std::unique_lock<std::mutex> lock);
-
     void deliver();
-    [[nodiscard]] std::optional<StreamEvent> next();
+    /// False when nothing waits. Main thread.
+    [[nodiscard]] bool refill();
+    void giveBack();
 
     const std::shared_ptr<MainQueue> queue_;
     const std::function<void(StreamEvent)> handler_;
     const std::function<void()> drained_;
+    std::atomic<std::size_t> pending_ = 0;
     mutable std::mutex mutex_;
-    std::deque<StreamEvent> waiting_;
+    Events waiting_;
+    /// Handled ones, freed by the thread that made them: from another thread that costs more than
+    /// making them, because the two get into each other's way in the allocator.
+    Events handled_;
     bool posted_ = false;
-    bool closed_ = false;  // main thread
+    // Main thread:
+    Events current_;
+    std::size_t next_ = 0;
+    bool closed_ = false;
 };
 
 }  // namespace supportsdk
