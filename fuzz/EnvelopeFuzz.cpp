@@ -19,7 +19,7 @@ void check(const ChatEnvelope& envelope) {
     if (!envelope.actions) return;
     require(envelope.actions->is_array());
     for (const auto& action : *envelope.actions) {
-        const auto* permissions = valueForKey(action, "permissions");
+        const auto* permissions = valueForKey(action, "perms");
         require(!permissions || !permissions->is_null() || isPermitted(permissions, std::nullopt));
         for (const Json& user : {Json(1), Json::array({"agent"}), *envelope.actions})
             (void)isPermitted(permissions, user);

@@ -113,7 +113,7 @@ Json ChatAdapter::describeLine(const QuorrandChatMessage& line) const {
         fields["kb"] = {{"id", *line.kb_id}, {"preview", *line.kb_preview}};
         put(fields["kb"], "title", line.kb_title);
     }
-    for (const auto& piece : line.attributedString.pieces) {
+    for (const auto& piece : line.attributedString().pieces) {
         const auto* picture = std::get_if<AnimatedTextAttachment>(&piece);
         if (picture) fields["emoticons"].push_back(picture->text);
     }

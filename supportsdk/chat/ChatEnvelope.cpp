@@ -1,5 +1,7 @@
 #include "supportsdk/chat/ChatEnvelope.h"
 
+#include <utility>
+
 #include "supportsdk/chat/MessageKinds.h"
 #include "supportsdk/core/Fields.h"
 
@@ -18,7 +20,7 @@ ChatEnvelope readVideoForm(const Json& json) {
     return envelope;
 }
 
-ChatEnvelope readGeneralForm(const Json& json) {
+ChatEnvelope readGeneralForm(Json& json) {
     const auto& context = dictionaryForKey(json, "context");
     const auto& attachment = dictionaryForKey(json, "attachment");
     const auto& kb = dictionaryForKey(json, "kb");
@@ -29,21 +31,30 @@ ChatEnvelope readGeneralForm(const Json& json) {
     envelope.avatar = stringForKey(context, "from_avatar");
     envelope.preview = stringForKey(attachment, "preview");
     envelope.url = stringForKey(attachment, "url");
-    const auto* actions = valueForKey(json, "actions");
-    if (actions && actions->is_array()) envelope.actions = *actions;
     envelope.kbTitle = stringForKey(kb, "title");
     envelope.kbPreview = stringForKey(kb, "preview");
     envelope.kbPreviewLength = numberForKey(kb, "preview_length");
     envelope.kbId = stringForKey(kb, "id");
+    const auto actions = json.find("actions");
+    if (actions != json.end() && actions->is_array()) envelope.actions = std::move(*actions);
     return envelope;
+}
+
+/// Whether it can be an object or array of JSON, told without parsing what most people write.
+bool beginsLikeAnEnvelope(std::string_view text) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
+    const auto first = text.find_first_not_of(" \t\n\r");
+    return first != std::string_view::npos && (text[first] == '{' || text[first] == '[');
 }
 
 }  // namespace
 
 ParsedChatText parseChatText(std::string_view text, bool showNotifications) {
-    const auto json = parseJson(text);
     // A person who types 42 or true has typed JSON, and means text.
-    if (!json || json->is_primitive()) return PlainChatText{};
+    if (!beginsLikeAnEnvelope(text)) return PlainChatText{};
+    auto json = parseJson(text);
+    if (!json) return PlainChatText{};
     const auto secret = stringForKey(*json, "secret");
     const auto kind = secret ? messageKind(*secret) : std::nullopt;
     if (!kind) return InvalidChatText{};

@@ -1,5 +1,6 @@
 #include "supportsdk/chat/QuorrandChat.h"
 
+#include "supportsdk/chat/ChatPictures.h"
 #include "supportsdk/chat/NetworkWatch.h"
 #include "supportsdk/chat/xmpp/XmppLink.h"
 #include "supportsdk/chat/xmpp/XmppRoom.h"
@@ -31,7 +32,8 @@ std::shared_ptr<QDChatViewModel> QuorrandChat::makeViewModel() {
 QuorrandChat::QuorrandChat(PlatformPtr givenPlatform)
     : platform(std::move(givenPlatform)),
       defaults(platform->userDefaults->standard()),
-      imageLoader_(std::make_unique<ImageLoader>(platform)) {
+      imageLoader_(std::make_unique<ImageLoader>(platform)),
+      pictures_(std::make_unique<ChatPictures>()) {
     loadEmoticons();
     setDefaults();
 }

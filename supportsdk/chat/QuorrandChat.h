@@ -23,6 +23,7 @@
 
 namespace supportsdk {
 
+class ChatPictures;
 class QDChatActionButton;
 class ImageLoader;
 class NetworkWatch;
@@ -180,6 +181,7 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
         const std::string& fileName) const;
     /// Loads the pictures of the chat's lines.
     [[nodiscard]] ImageLoader& imageLoader() { return *imageLoader_; }
+    [[nodiscard]] ChatPictures& pictures() { return *pictures_; }
     /// Fills the emoticon tables from the resource "Emoticons"; leaves them empty without it.
     void loadEmoticons();
     /// `text` as an HTML document with pictures in the place of its emoticons; nothing when it has
@@ -326,6 +328,7 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     std::optional<Json> participantsEligible_;
     std::uint64_t participantsRevision_ = 0;
     const std::unique_ptr<ImageLoader> imageLoader_;
+    const std::unique_ptr<ChatPictures> pictures_;
     /// By file name; null for those that cannot be shown.
     mutable std::map<std::string, std::shared_ptr<const AnimatedImage>> emoticonImages_;
     /// From connect() to disconnect().

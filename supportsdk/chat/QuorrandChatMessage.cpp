@@ -1,11 +1,11 @@
 #include "supportsdk/chat/QuorrandChatMessage.h"
 
 #include <algorithm>
+#include <array>
 
 #include "supportsdk/chat/ActionPermission.h"
 #include "supportsdk/chat/ChatDates.h"
 #include "supportsdk/chat/ChatEnvelope.h"
-#include "supportsdk/chat/QDChatActionButton.h"
 #include "supportsdk/chat/QuorrandChat.h"
 #include "supportsdk/chat/xmpp/DelayedDelivery.h"
 #include "supportsdk/core/Fields.h"
@@ -22,7 +22,55 @@ std::optional<std::string> resourceOf(const std::optional<std::string>& jid) {
     return jid->substr(slash + 1);
 }
 
-void replaceIfPresent(std::optional<std::string>& field, std::optional<std::string> value) {
+/// What Unicode counts as white space or the end of a line, in UTF-8.
+constexpr std::array<std::string_view, 25> blanks{" ",
+                                                  "\t",
+                                                  "\n",
+                                                  "\v",
+                                                  "\f",
+                                                  "\r",
+                                                  "\xC2\x85",
+                                                  "\xC2\xA0",
+                                                  "\xE1\x9A\x80",
+                                                  "\xE2\x80\x80",
+                                                  "\xE2\x80\x81",
+                                                  "\xE2\x80\x82",
+                                                  "\xE2\x80\x83",
+                                                  "\xE2\x80\x84",
+                                                  "\xE2\x80\x85",
+                                                  "\xE2\x80\x86",
+                                                  "\xE2\x80\x87",
+                                                  "\xE2\x80\x88",
+                                                  "\xE2\x80\x89",
+                                                  "\xE2\x80\x8A",
+                                                  "\xE2\x80\xA8",
+                                                  "\xE2\x80\xA9",
+                                                  "\xE2\x80\xAF",
+                                                  "\xE2\x81\x9F",
+                                                  "\xE3\x80\x80"};
+
+std::string_view trimmed(std::string_view text) {
+    const auto isSpecial = [](char byte) {
+        return static_cast<unsigned char>(byte) <= ' ' || static_cast<unsigned char>(byte) >= 0x80;
+    };
+    const auto find = [](auto matches) {
+        return std::find_if(blanks.begin(), blanks.end(), matches);
+    };
+    while (!text.empty() && isSpecial(text.front())) {
+        const auto* blank = find([text](auto wanted) { return text.starts_with(wanted); });
+        if (blank == blanks.end()) break;
+        text.remove_prefix(blank->size());
+    }
+    while (!text.empty() && isSpecial(text.back())) {
+        const auto* blank = find([text](auto wanted) { return text.ends_with(wanted); });
+        if (blank == blanks.end()) break;
+        text.remove_suffix(blank->size());
+    }
+    return text;
+}
+
+template <typename Field>
+void replaceIfPresent(Field& field, std::optional<std::string> value) {
     if (value) field = std::move(value);
 }
 
@@ -32,6 +80,10 @@ QuorrandChatMessage::QuorrandChatMessage(QuorrandChat& chat)
     : chat_(chat.weak_from_this()), platform_(chat.platform) {}
 
 QuorrandChatMessage::~QuorrandChatMessage() = default;
+
+std::shared_ptr<QuorrandChatMessage> QuorrandChatMessage::create(QuorrandChat& chat) {
+    return std::shared_ptr<QuorrandChatMessage>(new QuorrandChatMessage(chat));
+}
 
 std::shared_ptr<QuorrandChatMessage> QuorrandChatMessage::createWithXMPPMessage(
     QuorrandChat& chat, std::shared_ptr<const Stanza> stanza) {
@@ -43,44 +95,48 @@ std::shared_ptr<QuorrandChatMessage> QuorrandChatMessage::createWithXMPPMessage(
 
 std::shared_ptr<QuorrandChatMessage> QuorrandChatMessage::createBasicWithXMPPMessage(
     QuorrandChat& chat, std::shared_ptr<const Stanza> stanza) {
-    std::shared_ptr<QuorrandChatMessage> message(new QuorrandChatMessage(chat));
-    message->readStanza(std::move(stanza));
+    auto message = create(chat);
+    message->readStanza(*stanza);
     return message;
 }
 
 std::shared_ptr<QuorrandChatMessage> QuorrandChatMessage::createWithTranscript(QuorrandChat& chat,
                                                                                const Json& record) {
-    std::shared_ptr<QuorrandChatMessage> message(new QuorrandChatMessage(chat));
+    auto message = create(chat);
     message->fromName = stringForKey(record, "from");
     message->text = stringForKey(record, "message");
     message->avatar = stringForKey(record, "from_avatar");
     if (const auto sent = stringForKey(record, "sent"))
-        message->date = dateFromFullDateString(*chat.platform->clock, *sent);
+        message->date = message->getDateFromFullDateString(*sent);
     message->completeTranscript();
     return message;
 }
 
 std::shared_ptr<QuorrandChatMessage> QuorrandChatMessage::createWithDict(QuorrandChat& chat,
                                                                          const Json& dictionary) {
-    std::shared_ptr<QuorrandChatMessage> message(new QuorrandChatMessage(chat));
+    auto message = create(chat);
     message->setDict(dictionary);
     message->completeMessage();
     return message;
 }
 
-void QuorrandChatMessage::readStanza(std::shared_ptr<const Stanza> stanza) {
-    id = stanza->attribute("id");
-    type = stanza->attribute("type");
-    if (auto sender = resourceOf(stanza->attribute("from")))
+void QuorrandChatMessage::readStanza(const Stanza& stanza) {
+    id = stanza.attribute("id");
+    type = stanza.attribute("type");
+    if (auto sender = resourceOf(stanza.attribute("from")))
         from = sender->substr(0, sender->find(';'));
     fromName = from;
     fromMention = from;
-    text = stanza->childText("body");
-    xml = stanza->xml();
-    chatState_ = chatState(*stanza);
-    date = delayedDeliveryDate(*stanza);
+    text = stanza.childText("body");
+    xml = stanza.xml();
+    chatState_ = chatState(stanza);
+    hasStanza_ = true;
+    date = delayedDeliveryDate(stanza);
     isDelayed = date.has_value();
-    xmppMessage = std::move(stanza);
+}
+
+std::shared_ptr<const Stanza> QuorrandChatMessage::xmppMessage() const {
+    return hasStanza_ && xml ? Stanza::parse(*xml) : nullptr;
 }
 
 void QuorrandChatMessage::completeMessage() {
@@ -90,18 +146,30 @@ void QuorrandChatMessage::completeMessage() {
     const auto& clock = *platform_->clock;
     date = truncatedToMinute(clock, date.value_or(clock.now()));
     calculateId();
-    const auto chat = chat_.lock();
-    isMe = chat && from == chat->me;
+    isMe = isMine();
+    getPreviewImage();
+    getAvatarForSender(*from);
+    chooseTextColor();
     prepareChatButtons();
     determineMessageType();
+    if (isAttachmentMessage()) attachmentView.emplace();
+    if (text && !text->empty()) messageView.emplace();
+    if (isKBMessage()) kbView.emplace();
 }
 
 void QuorrandChatMessage::completeTranscript() {
     setSenderInformation();
     trimText();
     calculateId();
+    isMe = isMine();
+    getAvatarWithUrl(avatar);
+    chooseTextColor();
+    messageView.emplace();
+}
+
+bool QuorrandChatMessage::isMine() const {
     const auto chat = chat_.lock();
-    isMe = chat && from == chat->me;
+    return chat && from == chat->me;
 }
 
 bool QuorrandChatMessage::isGroupChat() const {
@@ -129,32 +197,41 @@ void QuorrandChatMessage::readEnvelope(ChatEnvelope envelope) {
     replaceIfPresent(callId, std::move(envelope.callId));
     replaceIfPresent(preview, std::move(envelope.preview));
     replaceIfPresent(url, std::move(envelope.url));
-    if (envelope.actions) readActions(*envelope.actions);
+    if (envelope.actions) readActions(std::move(*envelope.actions));
     replaceIfPresent(kb_title, std::move(envelope.kbTitle));
     if (envelope.kbPreview) {
-        kb_preview = URLDecodeString(*envelope.kbPreview);
-        if (!kb_preview || kb_preview->empty()) {
-            kb_preview =
-                platform_->localizer->localized("Click here to go to the knowledge base article.");
-        }
+        auto decoded = URLDecodeString(*envelope.kbPreview);
+        kb_preview = decoded && !decoded->empty()
+                         ? *std::move(decoded)
+                         : platform_->localizer->localized(
+                               "Click here to go to the knowledge base article.");
     }
     if (envelope.kbPreviewLength) kb_preview_length = envelope.kbPreviewLength;
     replaceIfPresent(kb_id, std::move(envelope.kbId));
 }
 
-void QuorrandChatMessage::readActions(const Json& actions) {
+void QuorrandChatMessage::readActions(Json actions) {
     const auto chat = chat_.lock();
     if (!chat) return;
     buttonActions = Json::array();
-    for (const auto& action : actions) {
+    for (auto& action : actions) {
         if (!action.is_object()) continue;
         const auto* permissions = valueForKey(action, "perms");
         // Agents write null to hide a button, and leave the key out to show it to everybody.
         if (permissions && permissions->is_null()) continue;
-        if (!isPermitted(permissions, chat->userPermissions)) continue;
+        if (!isPermitted(permissions)) continue;
+        if (buttonActions->size() == maximumActions) {
+            platform_->log->write("a chat line has too many buttons; the rest are left out");
+            return;
+        }
         if (const auto key = stringForKey(action, "key")) std::erase(chat->selectedActions, *key);
-        buttonActions->push_back(action);
+        buttonActions->push_back(std::move(action));
     }
+}
+
+bool QuorrandChatMessage::isPermitted(const Json* permissions) const {
+    const auto chat = chat_.lock();
+    return supportsdk::isPermitted(permissions, chat ? chat->userPermissions : std::nullopt);
 }
 
 void QuorrandChatMessage::setSenderInformation() {
@@ -168,10 +245,8 @@ void QuorrandChatMessage::setSenderInformation() {
 
 void QuorrandChatMessage::trimText() {
     if (!text) return;
-    constexpr auto blanks = " \t\n\v\f\r";
-    const auto first = text->find_first_not_of(blanks);
-    const auto last = text->find_last_not_of(blanks);
-    text = first == std::string::npos ? "" : text->substr(first, last - first + 1);
+    const auto kept = trimmed(*text);
+    if (kept.size() != text->size()) text = std::string(kept);
 }
 
 void QuorrandChatMessage::calculateId() {
@@ -186,27 +261,6 @@ void QuorrandChatMessage::determineMessageType() {
                   : isAttachmentMessage()   ? ChatMessageType::Attachment
                   : isKBMessage()           ? ChatMessageType::KnowledgeBase
                                             : ChatMessageType::Text;
-}
-
-void QuorrandChatMessage::prepareChatButtons() {
-    const auto chat = chat_.lock();
-    if (!chat || !buttonActions) return;
-    for (const auto& action : *buttonActions) {
-        auto button = std::make_shared<QDChatActionButton>(chat, action);
-        button->handleButtonAction = [weakMessage = weak_from_this(), weakChat = chat_](
-                                         const std::string& label,
-                                         const std::optional<std::string>& address) {
-            const auto message = weakMessage.lock();
-            const auto engine = weakChat.lock();
-            const auto listener = engine ? engine->delegate.lock() : nullptr;
-            if (message && listener) listener->handleButtonAction(address, label, message);
-        };
-        chatActionButtons.push_back(std::move(button));
-    }
-}
-
-void QuorrandChatMessage::disableChatActionButtons() {
-    for (const auto& button : chatActionButtons) button->isEnabled = false;
 }
 
 }  // namespace supportsdk

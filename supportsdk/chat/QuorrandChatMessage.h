@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "supportsdk/chat/ChatLineParts.h"
+#include "supportsdk/chat/RareText.h"
 #include "supportsdk/chat/StyledText.h"
 #include "supportsdk/chat/xmpp/ChatState.h"
 #include "supportsdk/platform/Clock.h"
@@ -32,6 +33,8 @@ enum class ChatMessageType : std::int64_t { CallInvitation, Attachment, Knowledg
 class SUPPORTSDK_API QuorrandChatMessage
     : public std::enable_shared_from_this<QuorrandChatMessage> {
  public:
+    /// A line without content, to be filled in by hand.
+    static std::shared_ptr<QuorrandChatMessage> create(QuorrandChat& chat);
     /// A line from a `message` stanza; isValidMessage tells whether it is one to show. Never null.
     static std::shared_ptr<QuorrandChatMessage> createWithXMPPMessage(
         QuorrandChat& chat, std::shared_ptr<const Stanza> stanza);
@@ -46,6 +49,13 @@ class SUPPORTSDK_API QuorrandChatMessage
     /// A line from what dict() gave.
     static std::shared_ptr<QuorrandChatMessage> createWithDict(QuorrandChat& chat,
                                                                const Json& dictionary);
+    /// A line from what archive() gave, as it was: neither validated nor completed. Its nickname
+    /// does not come back.
+    static std::shared_ptr<QuorrandChatMessage> createWithArchive(QuorrandChat& chat,
+                                                                  const Json& archive);
+    /// More than these in one line are left out: stanzas have room for a hundred thousand.
+    static constexpr std::size_t maximumActions = 250;
+
     QuorrandChatMessage(const QuorrandChatMessage&) = delete;
     QuorrandChatMessage& operator=(const QuorrandChatMessage&) = delete;
     ~QuorrandChatMessage();
@@ -62,7 +72,15 @@ class SUPPORTSDK_API QuorrandChatMessage
     /// Every "+" becomes a blank, then percent escapes (RFC 3986) are decoded. Nothing when one is
     /// damaged or the outcome is not UTF-8.
     [[nodiscard]] static std::optional<std::string> URLDecodeString(std::string_view text);
+    /// The value if it is of that type.
+    [[nodiscard]] static std::optional<std::string> stringFromDict(const Json& dictionary,
+                                                                   std::string_view key);
+    [[nodiscard]] static std::optional<double> numberFromDict(const Json& dictionary,
+                                                              std::string_view key);
 
+    /// The stanza that the line came from, made anew from `xml`; null on transcript and dictionary
+    /// lines. A tree for each line of a long chat would be most of its memory.
+    [[nodiscard]] std::shared_ptr<const Stanza> xmppMessage() const;
     // Chat states that came with the stanza; all false without one.
     [[nodiscard]] bool hasChatState() const { return chatState_.has_value(); }
     [[nodiscard]] bool hasActiveChatState() const { return chatState_ == ChatState::active; }
@@ -78,6 +96,9 @@ class SUPPORTSDK_API QuorrandChatMessage
         return kb_preview && !kb_preview->empty() && kb_id && !kb_id->empty();
     }
     [[nodiscard]] bool isGroupChat() const;
+    /// Whether the sender is this user, as the engine knows them now.
+    [[nodiscard]] bool isMine() const;
+    [[nodiscard]] bool hasPreview() const { return preview && !preview->empty() && previewImage; }
     /// Whether one of these dictionary forms has this line's id.
     [[nodiscard]] bool isFoundInArray(const Json& dictionaries) const;
 
@@ -86,6 +107,29 @@ class SUPPORTSDK_API QuorrandChatMessage
     [[nodiscard]] Json dict() const;
     /// Reads those keys back. Values of another type count as missing.
     void setDict(const Json& dictionary);
+    /// The line for a file of the host's: what it has of 18 keys, none of an article's.
+    [[nodiscard]] Json archive() const;
+
+    // `date` as a text in the device's time zone; nothing without a date.
+
+    /// "2026-01-31T13:00:30.250Z". The Z notwithstanding, it is no UTC.
+    [[nodiscard]] std::optional<std::string> fullDateString() const;
+    /// The day in a few characters, as the user's language writes it.
+    [[nodiscard]] std::optional<std::string> dateString() const;
+    /// Hours and minutes, likewise.
+    [[nodiscard]] std::optional<std::string> timeString() const;
+    /// By a pattern of formattedDate().
+    [[nodiscard]] std::optional<std::string> dateWithFormat(const std::string& format) const;
+    /// The moment that "2026-01-31 13:00:30.250" names in the device's time zone; nothing for any
+    /// other text.
+    [[nodiscard]] std::optional<Clock::Time> getDateFromFullDateString(
+        const std::string& dateText) const;
+
+    /// What is shown of the text, emoticons as pictures; made at the first reading. Of a complete
+    /// line it has the colour of the time of completion, and no regard to the line's type.
+    [[nodiscard]] const StyledText& attributedString() const;
+    /// The text as it was when the line was complete; nothing before.
+    [[nodiscard]] std::optional<std::string> message() const;
 
     /// Decides whether this is a line at all, and unpacks the JSON envelope in its text. Keys of
     /// the line's buttons are taken out of the engine's `selectedActions`.
@@ -93,7 +137,19 @@ class SUPPORTSDK_API QuorrandChatMessage
     /// Gives a line without an id one: the digest of sender, text and date.
     void calculateId();
     void determineMessageType();
+    /// Whether the user may press a button that requires `permissions`; null pointer for nothing.
+    [[nodiscard]] bool isPermitted(const Json* permissions) const;
     void disableChatActionButtons();
+    /// Makes text, dates, actions and an article absent.
+    void clear();
+
+    /// Shows the placeholder and asks for the picture of the sender with this key, "kind:number" or
+    /// "relay"; there is none for other senders.
+    void getAvatarForSender(const std::string& sender);
+    /// Shows the placeholder and asks for this picture.
+    void getAvatarWithUrl(const std::optional<std::string>& address);
+    /// Shows a picture that stands for none, and asks for that at `preview`; nothing without one.
+    void getPreviewImage();
 
     /// Copied from the engine once the line is complete.
     bool showNotifications = false;
@@ -106,41 +162,39 @@ class SUPPORTSDK_API QuorrandChatMessage
     bool disabled = false;
     /// It came without an id, and `id` is a digest.
     bool hasComputedId = false;
-    /// Null on transcript and dictionary lines.
-    std::shared_ptr<const Stanza> xmppMessage;
     std::optional<std::string> id;
     std::optional<std::string> type;
     /// The sender's key: its room nickname up to the first ";". "" when it has none.
     std::optional<std::string> from;
     std::optional<std::string> fromName;
     std::optional<std::string> fromMention;
-    std::optional<std::string> fromNickname;
+    RareText fromNickname;
     /// The call to join, on an invitation.
-    std::optional<std::string> callId;
-    std::optional<std::string> channel;
-    std::optional<std::string> service;
+    RareText callId;
+    RareText channel;
+    RareText service;
     std::optional<std::string> text;
     /// When it was sent, seconds cut off except on transcript lines; absent only on a transcript
     /// line whose record has no readable one.
     std::optional<Clock::Time> date;
     std::optional<std::string> xml;
-    std::optional<std::string> avatar;
+    RareText avatar;
     /// Addresses of an attachment and its small picture.
-    std::optional<std::string> preview;
-    std::optional<std::string> url;
-    std::optional<std::string> buttonText;
-    std::optional<std::string> buttonAction;
+    RareText preview;
+    RareText url;
+    RareText buttonText;
+    RareText buttonAction;
+    /// Nothing sets it.
+    RareText html;
     /// The permitted entries of the envelope's "actions"; an array if there were any "actions".
     std::optional<Json> buttonActions;
     std::vector<std::shared_ptr<QDChatActionButton>> chatActionButtons;
-    std::optional<std::string> kb_title;
-    std::optional<std::string> kb_preview;
-    std::optional<std::string> kb_id;
+    RareText kb_title;
+    RareText kb_preview;
+    RareText kb_id;
     std::optional<double> kb_preview_length;
     ChatMessageType messageType = ChatMessageType::CallInvitation;
 
-    /// What is shown of `text`, emoticons as pictures.
-    StyledText attributedString;
     /// A placeholder until the picture has come; null where there is none.
     ImagePtr avatarImage;
     ImagePtr previewImage;
@@ -155,18 +209,24 @@ class SUPPORTSDK_API QuorrandChatMessage
  private:
     explicit QuorrandChatMessage(QuorrandChat& chat);
 
-    void readStanza(std::shared_ptr<const Stanza> stanza);
+    void readStanza(const Stanza& stanza);
     void readEnvelope(ChatEnvelope envelope);
-    void readActions(const Json& actions);
+    void readActions(Json actions);
     void completeMessage();
     void completeTranscript();
     void setSenderInformation();
     void trimText();
     void prepareChatButtons();
+    void chooseTextColor();
+    [[nodiscard]] StyledText styledText() const;
 
     const std::weak_ptr<QuorrandChat> chat_;
     const PlatformPtr platform_;
     std::optional<ChatState> chatState_;
+    bool hasStanza_ = false;
+    /// Present once the line is complete.
+    std::optional<Color> textColor_;
+    mutable std::unique_ptr<const StyledText> attributedString_;
 };
 
 }  // namespace supportsdk

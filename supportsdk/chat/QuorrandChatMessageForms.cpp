@@ -1,10 +1,11 @@
-#include <array>
 #include <chrono>
 #include <cstdint>
 
+#include "supportsdk/chat/ChatDates.h"
 #include "supportsdk/chat/QuorrandChat.h"
 #include "supportsdk/chat/QuorrandChatMessage.h"
 #include "supportsdk/core/Ciphers.h"
+#include "supportsdk/core/DateFormat.h"
 #include "supportsdk/core/Fields.h"
 
 // What a line becomes outside the list, and the texts that travel inside it.
@@ -13,32 +14,34 @@ namespace supportsdk {
 
 namespace {
 
-struct TextField {
-    const char* key;
-    std::optional<std::string> QuorrandChatMessage::*field;
-};
+/// Visits the texts that both forms have, under their keys.
+template <typename Message, typename Visitor>
+void visitSharedTexts(Message& line, const Visitor& visit) {
+    visit("id", line.id);
+    visit("type", line.type);
+    visit("from", line.from);
+    visit("fromName", line.fromName);
+    visit("fromMention", line.fromMention);
+    visit("callId", line.callId);
+    visit("channel", line.channel);
+    visit("service", line.service);
+    visit("text", line.text);
+    visit("xml", line.xml);
+    visit("preview", line.preview);
+    visit("url", line.url);
+    visit("avatar", line.avatar);
+    visit("buttonText", line.buttonText);
+    visit("buttonAction", line.buttonAction);
+}
 
-constexpr std::array<TextField, 19> textFields{{
-    {"type", &QuorrandChatMessage::type},
-    {"id", &QuorrandChatMessage::id},
-    {"from", &QuorrandChatMessage::from},
-    {"fromName", &QuorrandChatMessage::fromName},
-    {"fromMention", &QuorrandChatMessage::fromMention},
-    {"fromNickname", &QuorrandChatMessage::fromNickname},
-    {"callId", &QuorrandChatMessage::callId},
-    {"channel", &QuorrandChatMessage::channel},
-    {"service", &QuorrandChatMessage::service},
-    {"text", &QuorrandChatMessage::text},
-    {"xml", &QuorrandChatMessage::xml},
-    {"preview", &QuorrandChatMessage::preview},
-    {"url", &QuorrandChatMessage::url},
-    {"avatar", &QuorrandChatMessage::avatar},
-    {"buttonText", &QuorrandChatMessage::buttonText},
-    {"buttonAction", &QuorrandChatMessage::buttonAction},
-    {"kb_title", &QuorrandChatMessage::kb_title},
-    {"kb_preview", &QuorrandChatMessage::kb_preview},
-    {"kb_id", &QuorrandChatMessage::kb_id},
-}};
+template <typename Message, typename Visitor>
+void visitTexts(Message& line, const Visitor& visit) {
+    visitSharedTexts(line, visit);
+    visit("fromNickname", line.fromNickname);
+    visit("kb_title", line.kb_title);
+    visit("kb_preview", line.kb_preview);
+    visit("kb_id", line.kb_id);
+}
 
 /// Further from 1970 a moment does not fit the clock's type.
 constexpr std::int64_t mostMilliseconds = std::int64_t{9'000'000'000'000};
@@ -50,36 +53,78 @@ int hexadecimal(char digit) {
     return -1;
 }
 
-bool isUtf8(const std::string& text) {
-    using Handler = Json::error_handler_t;
-    const Json value = text;
-    return value.dump(-1, ' ', false, Handler::ignore) ==
-           value.dump(-1, ' ', false, Handler::replace);
+std::int64_t millisecondsOf(Clock::Time date) {
+    return std::chrono::floor<std::chrono::milliseconds>(date.time_since_epoch()).count();
+}
+
+std::optional<Clock::Time> readDate(const Json& dictionary) {
+    const auto sent = integerForKey(dictionary, "date");
+    if (!sent || *sent < -mostMilliseconds || *sent > mostMilliseconds) return std::nullopt;
+    return Clock::Time(std::chrono::milliseconds{*sent});
+}
+
+std::optional<Json> storedActions(const Json& dictionary) {
+    const auto* actions = valueForKey(dictionary, "buttonActions");
+    const bool isOurs =
+        actions && actions->is_array() && actions->size() <= QuorrandChatMessage::maximumActions;
+    return isOurs ? std::optional(*actions) : std::nullopt;
 }
 
 }  // namespace
 
 Json QuorrandChatMessage::dict() const {
-    using std::chrono::milliseconds;
     Json dictionary = Json::object();
-    for (const auto& [key, field] : textFields) dictionary[key] = (this->*field).value_or("");
-    dictionary["date"] =
-        date ? Json(std::chrono::floor<milliseconds>(date->time_since_epoch()).count()) : Json("");
+    visitTexts(*this, [&dictionary](const char* key, const auto& field) {
+        dictionary[key] = field ? *field : "";
+    });
+    dictionary["date"] = date ? Json(millisecondsOf(*date)) : Json("");
     dictionary["buttonActions"] = buttonActions.value_or("");
     dictionary["kb_preview_length"] = kb_preview_length ? Json(*kb_preview_length) : Json("");
     return dictionary;
 }
 
 void QuorrandChatMessage::setDict(const Json& dictionary) {
-    for (const auto& [key, field] : textFields) this->*field = stringForKey(dictionary, key);
+    visitTexts(*this, [&dictionary](const char* key, auto& field) {
+        field = stringForKey(dictionary, key);
+    });
     if (from) from = from->substr(0, from->find(';'));
-    date.reset();
-    const auto sent = integerForKey(dictionary, "date");
-    if (sent && *sent >= -mostMilliseconds && *sent <= mostMilliseconds)
-        date = Clock::Time(std::chrono::milliseconds{*sent});
-    const auto* actions = valueForKey(dictionary, "buttonActions");
-    buttonActions = actions && actions->is_array() ? std::optional(*actions) : std::nullopt;
+    date = readDate(dictionary);
+    buttonActions = storedActions(dictionary);
     kb_preview_length = numberForKey(dictionary, "kb_preview_length");
+}
+
+Json QuorrandChatMessage::archive() const {
+    Json archive = Json::object();
+    const auto put = [&archive](const char* key, const auto& field) {
+        if (field) archive[key] = *field;
+    };
+    visitSharedTexts(*this, put);
+    // Archives of hosts have always had it under a key that nobody reads.
+    put("fromnickname", fromNickname);
+    put("buttonActions", buttonActions);
+    if (date) archive["date"] = millisecondsOf(*date);
+    return archive;
+}
+
+std::shared_ptr<QuorrandChatMessage> QuorrandChatMessage::createWithArchive(QuorrandChat& chat,
+                                                                            const Json& archive) {
+    auto line = create(chat);
+    const auto read = [&archive](const char* key, auto& field) {
+        field = stringForKey(archive, key);
+    };
+    visitSharedTexts(*line, read);
+    read("fromNickname", line->fromNickname);
+    line->buttonActions = storedActions(archive);
+    line->date = readDate(archive);
+    return line;
+}
+
+void QuorrandChatMessage::clear() {
+    visitTexts(*this, [](const char*, auto& field) { field.reset(); });
+    html.reset();
+    date.reset();
+    buttonActions.reset();
+    kb_preview_length.reset();
 }
 
 bool QuorrandChatMessage::isFoundInArray(const Json& dictionaries) const {
@@ -99,6 +144,37 @@ std::string QuorrandChatMessage::createJSONMessage(const std::string& message,
                      {"secret", MD5("data")},
                      {"context", {{"source", source}}},
                      {"message", message}});
+}
+
+std::optional<std::string> QuorrandChatMessage::stringFromDict(const Json& dictionary,
+                                                               std::string_view key) {
+    return stringForKey(dictionary, key);
+}
+
+std::optional<double> QuorrandChatMessage::numberFromDict(const Json& dictionary,
+                                                          std::string_view key) {
+    return numberForKey(dictionary, key);
+}
+
+std::optional<std::string> QuorrandChatMessage::fullDateString() const {
+    return dateWithFormat("yyyy-MM-dd'T'HH:mm:ss.SSS'Z'");
+}
+
+std::optional<std::string> QuorrandChatMessage::dateString() const {
+    return dateWithFormat(platform_->localizer->localized("M/d/yy"));
+}
+
+std::optional<std::string> QuorrandChatMessage::timeString() const {
+    return dateWithFormat(platform_->localizer->localized("h:mm a"));
+}
+
+std::optional<std::string> QuorrandChatMessage::dateWithFormat(const std::string& format) const {
+    return date ? std::optional(formattedDate(*platform_->clock, *date, format)) : std::nullopt;
+}
+
+std::optional<Clock::Time> QuorrandChatMessage::getDateFromFullDateString(
+    const std::string& dateText) const {
+    return dateFromFullDateString(*platform_->clock, dateText);
 }
 
 std::string QuorrandChatMessage::MD5(std::string_view text) {

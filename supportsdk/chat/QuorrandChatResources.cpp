@@ -2,6 +2,7 @@
 
 #include "supportsdk/chat/QuorrandChat.h"
 #include "supportsdk/core/Fields.h"
+#include "supportsdk/core/Url.h"
 
 namespace supportsdk {
 
@@ -18,28 +19,19 @@ FileName splitFileName(const std::string& name) {
     return {name.substr(0, point), name.substr(point + 1)};
 }
 
-/// Everything but what RFC 3986 leaves unreserved, and the slashes, as percent escapes.
-std::string fileUrl(const std::string& path) {
-    static constexpr char digits[] = "0123456789ABCDEF";
-    static constexpr std::string_view plain = "-._~/";
-    std::string url = "file://";
-    for (const char letter : path) {
-        const auto byte = static_cast<unsigned char>(letter);
-        const bool alphanumeric = (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
-                                  (byte >= 'a' && byte <= 'z');
-        if (alphanumeric || plain.find(letter) != std::string_view::npos) {
-            url += letter;
-        } else {
-            url += {'%', digits[byte >> 4U], digits[byte & 0xFU]};
-        }
-    }
-    return url;
-}
-
 std::string replaceAll(std::string text, const std::string& wanted, const std::string& by) {
     for (auto at = text.find(wanted); at != std::string::npos; at = text.find(wanted, at))
         at = text.replace(at, wanted.size(), by).size() == 0 ? 0 : at + by.size();
     return text;
+}
+
+/// Only GIFs move.
+std::optional<AnimatedImage> decodeEmoticon(ImageCodec& images, const Bytes& data,
+                                            const std::string& extension) {
+    if (extension == "gif") return images.decodeAnimation(data);
+    auto image = images.decode(data);
+    if (!image) return std::nullopt;
+    return AnimatedImage{{{std::move(image), {}}}};
 }
 
 }  // namespace
@@ -63,7 +55,7 @@ void QuorrandChat::setChatSendButtonImage(ImagePtr image) {
 std::optional<std::string> QuorrandChat::URLForResource(const std::string& name,
                                                         const std::string& extension) const {
     const auto path = pathForResource(name, extension);
-    return path ? std::optional(fileUrl(*path)) : std::nullopt;
+    return path ? std::optional("file://" + percentEncoded(*path, "/")) : std::nullopt;
 }
 
 std::optional<std::string> QuorrandChat::pathForResource(const std::string& name,
@@ -88,7 +80,7 @@ std::shared_ptr<const AnimatedImage> QuorrandChat::imageForEmoticon(
     if (!isNew) return known->second;
     const auto [base, extension] = splitFileName(fileName);
     const auto data = getBundle()->data(base, extension);
-    auto image = data ? platform->images->decodeAnimation(*data) : std::nullopt;
+    auto image = data ? decodeEmoticon(*platform->images, *data, extension) : std::nullopt;
     if (image) known->second = std::make_shared<const AnimatedImage>(std::move(*image));
     return known->second;
 }

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "supportsdk/core/Fields.h"
+#include "supportsdk/core/Url.h"
 
 namespace supportsdk {
 
@@ -26,24 +27,6 @@ void append(std::vector<FormParameter>& list, const std::string& name, const Jso
     }
 }
 
-std::string percentEncoded(std::string_view text) {
-    constexpr std::string_view plain =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/?";
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string encoded;
-    for (const char letter : text) {
-        if (plain.find(letter) != std::string_view::npos) {
-            encoded += letter;
-            continue;
-        }
-        const auto octet = static_cast<unsigned char>(letter);
-        encoded += '%';
-        encoded += digits[octet >> 4U];
-        encoded += digits[octet & 0x0FU];
-    }
-    return encoded;
-}
-
 }  // namespace
 
 std::vector<FormParameter> formParameters(const Json& parameters) {
@@ -54,11 +37,12 @@ std::vector<FormParameter> formParameters(const Json& parameters) {
 }
 
 std::string queryString(const Json& parameters) {
+    constexpr std::string_view plain = "/?";
     std::string query;
     for (const auto& [name, value] : formParameters(parameters)) {
         if (!query.empty()) query += '&';
-        query += percentEncoded(name);
-        if (value) query += '=' + percentEncoded(*value);
+        query += percentEncoded(name, plain);
+        if (value) query += '=' + percentEncoded(*value, plain);
     }
     return query;
 }

@@ -8,6 +8,7 @@ namespace {
 
 constexpr std::string_view allowed =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~:/?#[]@!$&'()*+,;=%";
+constexpr std::string_view unreserved = allowed.substr(0, allowed.find(':'));
 
 }  // namespace
 
@@ -20,6 +21,21 @@ bool isUrl(std::string_view text) {
             return false;
     }
     return true;
+}
+
+std::string percentEncoded(std::string_view text, std::string_view plain) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string encoded;
+    for (const char letter : text) {
+        if (unreserved.find(letter) != std::string_view::npos ||
+            plain.find(letter) != std::string_view::npos) {
+            encoded += letter;
+            continue;
+        }
+        const auto octet = static_cast<unsigned char>(letter);
+        encoded += {'%', digits[octet >> 4U], digits[octet & 0x0FU]};
+    }
+    return encoded;
 }
 
 }  // namespace supportsdk

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace supportsdk {
@@ -7,5 +8,9 @@ namespace supportsdk {
 /// Whether `text` can be a URL or a relative reference: not empty, only characters that RFC 3986
 /// allows, and every "%" followed by two hexadecimal digits.
 bool isUrl(std::string_view text);
+
+/// `text` with every byte as a percent escape but those that RFC 3986 leaves unreserved and those
+/// in `plain`.
+std::string percentEncoded(std::string_view text, std::string_view plain = {});
 
 }  // namespace supportsdk

@@ -93,6 +93,8 @@ TEST_F(ChatMessageActions, PressReachesTheDelegateUnlessFrozenOrGone) {
     message->disableChatActionButtons();
     for (const auto& button : buttons) button->performAction();
     buttons[1]->isEnabled = true;
+    // The load of its avatar holds the line until it has failed.
+    fakes.queue->drain();
     message.reset();
     buttons[1]->performAction();
     EXPECT_EQ(listener->heard.size(), 2);

@@ -54,6 +54,48 @@ TEST_F(ChatMessageForms, DictionaryTakesALineThereAndBack) {
     EXPECT_EQ(hostile->buttonActions, std::nullopt);
 }
 
+TEST_F(ChatMessageForms, ArchiveLosesTheNicknameAndTheArticle) {
+    const auto before = envelope("kb", {{"message", "read"},
+                                        {"kb", {{"preview", "p"}, {"id", "4"}}},
+                                        {"actions", {{{"lbl", "L"}}}}});
+    before->fromNickname = "nick";
+    before->service = "";
+    auto archive = before->archive();
+    EXPECT_EQ(archive["fromnickname"], "nick");
+    EXPECT_FALSE(archive.contains("callId"));
+    const auto after = QuorrandChatMessage::createWithArchive(*chat, archive);
+    EXPECT_EQ(after->fromNickname, std::nullopt);
+    EXPECT_EQ(after->kb_preview, std::nullopt);
+    EXPECT_FALSE(after->isValidMessage);
+    EXPECT_FALSE(after->xmppMessage());
+    EXPECT_TRUE(after->chatActionButtons.empty());
+    archive.erase("fromnickname");
+    EXPECT_EQ(after->archive(), archive);
+    EXPECT_EQ(QuorrandChatMessage::createWithArchive(*chat, 5)->archive(), Json::object());
+
+    before->clear();
+    EXPECT_EQ(before->archive(), Json::object());
+    EXPECT_EQ(before->kb_id, std::nullopt);
+}
+
+TEST_F(ChatMessageForms, DatesAreToldInTheDevicesZone) {
+    fakes.clock->offset = 3600s;
+    const auto transcript =
+        QuorrandChatMessage::createWithTranscript(*chat, {{"sent", "2026-01-05 13:04:30.250"}});
+    EXPECT_EQ(transcript->fullDateString(), "2026-01-05T13:04:30.250Z");
+    EXPECT_EQ(transcript->dateString(), "1/5/26");
+    EXPECT_EQ(transcript->timeString(), "1:04 PM");
+    fakes.localizer->texts["M/d/yy"] = "dd.MM.yy";
+    EXPECT_EQ(transcript->dateString(), "05.01.26");
+    EXPECT_EQ(QuorrandChatMessage::create(*chat)->timeString(), std::nullopt);
+}
+
+TEST_F(ChatMessageForms, StanzaIsMadeAnewFromItsText) {
+    const auto message = line({.body = "a < b", .id = "7"});
+    EXPECT_EQ(message->xmppMessage()->childText("body"), "a < b");
+    EXPECT_FALSE(QuorrandChatMessage::createWithDict(*chat, message->dict())->xmppMessage());
+}
+
 TEST_F(ChatMessageForms, OwnDataMessageIsCompactJsonThatComesBackAsNoLine) {
     const auto body = QuorrandChatMessage::createJSONMessage("qd-bot://a b/\"\xC3\xA9", "me", "7");
     EXPECT_EQ(body, R"({"channel":"chat","context":{"source":"7"},"from":"me",)"

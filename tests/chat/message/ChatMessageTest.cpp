@@ -21,6 +21,21 @@ TEST_F(ChatMessage, OnlyRoomTextAndKnownEnvelopesAreLines) {
         std::string text;
     } cases[] = {
         {"plain words, trimmed", {.body = " \n Hello there \t"}, true, "Hello there"},
+        {"in every script",
+         {.body = "\xC2\xA0\xE3\x80\x80\xC3\xA9\xE2\x80\xA9\xC2\x85"},
+         true,
+         "\xC3\xA9"},
+        {"an order of letters that is turned about",
+         {.body = "\xE2\x80\xAE"
+                  "abc"},
+         true,
+         "\xE2\x80\xAE"
+         "abc"},
+        {"half a character is no JSON",
+         {.body = R"({"secret": "\ud800"})"},
+         true,
+         R"({"secret": "\ud800"})"},
+        {"nor is half an object", {.body = R"({"secret": "x",)"}, true, R"({"secret": "x",)"},
         {"a brace that opens nothing", {.body = "{"}, true, "{"},
         {"a number is what somebody typed", {.body = "42"}, true, "42"},
         {"so are a word of JSON", {.body = "true"}, true, "true"},
@@ -112,6 +127,33 @@ TEST_F(ChatMessage, EnvelopePartsOfAnotherTypeAreIgnored) {
     EXPECT_EQ(message->messageType, ChatMessageType::Text);
     EXPECT_EQ(message->buttonActions, std::nullopt);
     EXPECT_EQ(message->kb_title, std::nullopt);
+}
+
+TEST_F(ChatMessage, WrongTypesInEveryKeyDoNoHarm) {
+    const Json whole = {{"message", "m"},
+                        {"context", {{"from", "f"}, {"from_name", "n"}, {"from_avatar", "a"}}},
+                        {"attachment", {{"preview", "p"}, {"url", "u"}}},
+                        {"actions", {{{"key", "k"}, {"lbl", "l"}, {"uri", "u"}, {"perms", ""}}}},
+                        {"kb", {{"title", "t"}, {"preview", "p"}, {"id", "i"}}}};
+    const auto flat = whole.flatten();
+    for (const auto& [path, value] : flat.items()) {
+        for (auto pointer = Json::json_pointer(path); !pointer.empty(); pointer.pop_back()) {
+            for (const Json& wrong : {Json(), Json(true), Json(-7), Json(1e300), Json("\0\xFF"),
+                                      Json(std::string("a\0b", 3)), Json::array({Json::array()}),
+                                      Json{{"from", Json::object()}}}) {
+                auto damaged = whole;
+                damaged[pointer] = wrong;
+                damaged["secret"] = QuorrandChatMessage::MD5("plain");
+                const auto message =
+                    line({.body = damaged.dump(-1, ' ', true, Json::error_handler_t::replace)});
+                EXPECT_TRUE(message->isValidMessage) << damaged;
+                EXPECT_EQ(message->id->size(), 32);
+                const auto copy = QuorrandChatMessage::createWithDict(*chat, message->dict());
+                EXPECT_EQ(copy->id, message->id);
+                EXPECT_EQ(copy->chatActionButtons.size(), message->chatActionButtons.size());
+            }
+        }
+    }
 }
 
 TEST_F(ChatMessage, ArticlePreviewIsDecodedOrReplacedByASentence) {

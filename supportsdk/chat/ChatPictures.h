@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "supportsdk/platform/Images.h"
+
+namespace supportsdk {
+
+class QuorrandChat;
+class QuorrandChatMessage;
+
+/// The pictures of one engine's lines: avatars and previews, and what stands for them until they
+/// have come. Lines that ask for an address while it is being loaded share one request and one
+/// picture, made off the main thread; each line is held until its picture has come or failed.
+/// Requests carry no credentials, because strangers choose the addresses. Main thread.
+class ChatPictures {
+ public:
+    /// Avatars are drawn at 50 points; more pixels than these on a side are not kept.
+    static constexpr std::uint32_t maximumAvatarSide = 100;
+    static constexpr std::uint32_t previewSide = 100;
+
+    /// Null where the kit's resources lack it.
+    ImagePtr avatarPlaceholder(const QuorrandChat& chat);
+    ImagePtr missingPreview(const QuorrandChat& chat);
+
+    /// Gives `line` the picture at `address`, cut round, once it has come, and puts it into the
+    /// engine's `avatars` under that address.
+    void loadAvatar(QuorrandChat& chat, const std::string& address,
+                    std::shared_ptr<QuorrandChatMessage> line);
+    /// Likewise the picture of an attachment, in the size of a preview.
+    void loadPreview(QuorrandChat& chat, const std::string& address,
+                     std::shared_ptr<QuorrandChatMessage> line);
+
+ private:
+    /// By address, from the call to the result.
+    using Waiting = std::map<std::string, std::vector<std::shared_ptr<QuorrandChatMessage>>>;
+
+    using Shape = ImagePtr (*)(ImageCodec& images, const Image& image);
+    using Arrival = void (ChatPictures::*)(QuorrandChat& chat, const std::string& address,
+                                           const ImagePtr& image);
+
+    static void load(QuorrandChat& chat, const std::string& address, Shape shape, Arrival arrival);
+    static std::vector<std::shared_ptr<QuorrandChatMessage>> takeLines(Waiting& waiting,
+                                                                       const std::string& address);
+    void avatarDidArrive(QuorrandChat& chat, const std::string& address, const ImagePtr& image);
+    void previewDidArrive(QuorrandChat& chat, const std::string& address, const ImagePtr& image);
+
+    Waiting avatars_;
+    Waiting previews_;
+    std::optional<ImagePtr> avatarPlaceholder_;
+    std::optional<ImagePtr> missingPreview_;
+};
+
+}  // namespace supportsdk

@@ -1,0 +1,133 @@
+#include <algorithm>
+
+#include "supportsdk/chat/ChatPictures.h"
+#include "supportsdk/chat/QDChatActionButton.h"
+#include "supportsdk/chat/QDChatButtonCollectionView.h"
+#include "supportsdk/chat/QuorrandChat.h"
+#include "supportsdk/chat/QuorrandChatMessage.h"
+#include "supportsdk/core/LowerCased.h"
+#include "supportsdk/core/Url.h"
+
+// What a line is drawn with: pictures, styled text, buttons.
+
+namespace supportsdk {
+
+namespace {
+
+struct AvatarName {
+    std::string kind;
+    std::string identifier;
+};
+
+/// Senders are "kind:number" and more behind a ";", but for the relay, which is one of a kind.
+std::optional<AvatarName> avatarName(const std::string& sender) {
+    const auto key = sender.substr(0, sender.find(';'));
+    const auto colon = key.find(':');
+    if (colon == std::string::npos)
+        return lowerCased(key) == "relay" ? std::optional(AvatarName{"relay", "id"}) : std::nullopt;
+    if (key.find(':', colon + 1) != std::string::npos) return std::nullopt;
+    return AvatarName{key.substr(0, colon), key.substr(colon + 1)};
+}
+
+std::string withLineEnds(std::string text, std::string_view tag) {
+    constexpr std::string_view lineEnds = "\n\n";
+    std::string replaced;
+    std::size_t done = 0;
+    for (auto at = text.find(tag); at != std::string::npos; at = text.find(tag, done)) {
+        replaced.append(text, done, at - done).append(lineEnds);
+        done = at + tag.size();
+    }
+    return replaced.append(text, done);
+}
+
+}  // namespace
+
+void QuorrandChatMessage::getAvatarForSender(const std::string& sender) {
+    const auto chat = chat_.lock();
+    if (!chat) return;
+    const auto known = chat->avatars.find(sender);
+    if (known != chat->avatars.end()) avatarImage = known->second;
+    const auto name = avatarName(sender);
+    if (!name) return;
+    // Nicknames are anybody's choice and must not lead to another address of the service.
+    getAvatarWithUrl(chat->avatarRetrievalAPIBaseURL + "/api/v1/avatar/" +
+                     percentEncoded(name->kind) + "/" + percentEncoded(name->identifier) +
+                     "/50,50");
+}
+
+void QuorrandChatMessage::getAvatarWithUrl(const std::optional<std::string>& address) {
+    const auto chat = chat_.lock();
+    if (!chat) return;
+    avatarImage = chat->pictures().avatarPlaceholder(*chat);
+    if (address && !address->empty())
+        chat->pictures().loadAvatar(*chat, *address, shared_from_this());
+}
+
+void QuorrandChatMessage::getPreviewImage() {
+    const auto chat = chat_.lock();
+    if (!chat || !preview) return;
+    previewImage = chat->pictures().missingPreview(*chat);
+    if (!preview->empty()) chat->pictures().loadPreview(*chat, *preview, shared_from_this());
+}
+
+void QuorrandChatMessage::chooseTextColor() {
+    const auto chat = chat_.lock();
+    if (!chat) return;
+    textColor_ = isMe ? chat->appearance.localTextColor : chat->appearance.remoteTextColor;
+}
+
+const StyledText& QuorrandChatMessage::attributedString() const {
+    if (!attributedString_) attributedString_ = std::make_unique<const StyledText>(styledText());
+    return *attributedString_;
+}
+
+std::optional<std::string> QuorrandChatMessage::message() const {
+    if (!textColor_ || !text) return std::nullopt;
+    return attributedString_ ? attributedString_->plainText() : text;
+}
+
+StyledText QuorrandChatMessage::styledText() const {
+    const auto chat = chat_.lock();
+    if (!chat || !text) return {};
+    const bool isComplete = textColor_.has_value();
+    if (!isComplete && messageType == ChatMessageType::Attachment) return {};
+    if (!isComplete && messageType == ChatMessageType::KnowledgeBase) {
+        const auto lower = withLineEnds(withLineEnds(lowerCased(*text), "<p>"), "<br>");
+        return attributedStringFromChatMessage(*chat, lower);
+    }
+    const auto& look = chat->appearance;
+    auto styled = attributedStringFromChatMessage(*chat, *text);
+    styled.color = textColor_.value_or(isMe ? look.localTextColor : look.remoteTextColor);
+    return styled;
+}
+
+void QuorrandChatMessage::prepareChatButtons() {
+    const auto chat = chat_.lock();
+    if (!chat || !buttonActions || buttonActions->empty()) return;
+    double tallest = 0;
+    for (const auto& action : *buttonActions) {
+        auto button = std::make_shared<QDChatActionButton>(chat, action);
+        button->handleButtonAction = [weakMessage = weak_from_this(), weakChat = chat_](
+                                         const std::string& label,
+                                         const std::optional<std::string>& address) {
+            const auto message = weakMessage.lock();
+            const auto engine = weakChat.lock();
+            const auto listener = engine ? engine->delegate.lock() : nullptr;
+            if (message && listener) listener->handleButtonAction(address, label, message);
+        };
+        tallest = std::max(tallest, button->size.height);
+        chatActionButtons.push_back(std::move(button));
+    }
+    const auto height = static_cast<double>(chatActionButtons.size()) * tallest;
+    chatButtonCollectionView = std::make_shared<QDChatButtonCollectionView>(height);
+    chatButtonCollectionView->buttons = chatActionButtons;
+    chatButtonCollectionView->reload();
+    chatButtonCollectionView->parentDelegate = chat->delegate;
+    chatButtonCollectionView->startObserving();
+}
+
+void QuorrandChatMessage::disableChatActionButtons() {
+    for (const auto& button : chatActionButtons) button->isEnabled = false;
+}
+
+}  // namespace supportsdk
