@@ -8,6 +8,11 @@
 
 namespace supportsdk {
 
+namespace {
+/// A room may tell thousands of lines at once, each of which asks for the issue.
+constexpr std::chrono::seconds refreshPause{1};
+}  // namespace
+
 std::shared_ptr<ChatViewController> ChatViewController::create(std::shared_ptr<Support> support,
                                                                std::shared_ptr<QDIssue> issue) {
     return std::shared_ptr<ChatViewController>(
@@ -106,7 +111,18 @@ void ChatViewController::viewDidDisappear() {
 }
 
 void ChatViewController::handleIssueRefresh() {
-    if (issue) support->refreshIssue(issue->id);
+    if (refreshTimer_) {
+        refreshAgain_ = true;
+        return;
+    }
+    if (!issue) return;
+    support->refreshIssue(issue->id);
+    refreshTimer_ = platform().mainQueue->after(refreshPause, [weak = weak(this)] {
+        const auto self = weak.lock();
+        if (!self) return;
+        self->refreshTimer_.reset();
+        if (std::exchange(self->refreshAgain_, false)) self->handleIssueRefresh();
+    });
 }
 
 }  // namespace supportsdk

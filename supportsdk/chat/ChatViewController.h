@@ -170,6 +170,9 @@ class SUPPORTSDK_API ChatViewController : public QDChatViewController {
     [[nodiscard]] bool isNewest(const QuorrandChatMessage& message) const;
 
     Registration requests_;
+    /// While the issue has just been refreshed.
+    Registration refreshTimer_;
+    bool refreshAgain_ = false;
 };
 
 }  // namespace supportsdk
