@@ -176,7 +176,7 @@ module:hook("muc-get-history", function (event)
 	local replay = replays[room];
 	if not replay then return; end
 	replays[room] = nil;
-	local number, first = 0, now() - replay.count;
+	local number, first = 0, math.floor(now()) - replay.count;
 	function event.next_stanza()
 		if number == replay.count then return nil; end
 		number = number + 1;

@@ -8,7 +8,7 @@
 #include <csignal>
 
 #include "service/state/CredentialBlock.h"
-#include "tests/e2e/FaultRoad.h"
+#include "tests/e2e/ChatRoad.h"
 
 // The chat server fails, before and during a conversation: what the person sees of it.
 
@@ -76,11 +76,9 @@ class ManyFiles {
     std::vector<int> open_;
 };
 
-class ChatFaults : public FaultRoad {
+class ChatFaults : public ChatRoad {
  protected:
     ~ChatFaults() override { order("resume"); }
-
-    void order(const char* what) { EXPECT_TRUE(service->post("/prosody", {{"do", what}})); }
 
     /// The issue that is created next sends its customer to another chat server, or with another
     /// password.
@@ -100,27 +98,6 @@ class ChatFaults : public FaultRoad {
         press("End Chat");
         expectSights({"Checking issue status", "left"});
     }
-
-    /// Sends `text` until the kit has found out that nobody is there, and keeps it for later.
-    bool staysInTheBar(const std::string& text) {
-        const auto end = std::chrono::steady_clock::now() + JsonLinesProcess::patience;
-        while (std::chrono::steady_clock::now() < end) {
-            host->send({{"do", "type"}, {"text", text}});
-            host->send({{"do", "send"}});
-            host->send({{"do", "show"}});
-            if (host->await("screen")["entry"]["text"] == text) return true;
-        }
-        return false;
-    }
-
-    std::vector<std::string> linesOnScreen() {
-        host->send({{"do", "show"}});
-        std::vector<std::string> lines;
-        const auto screen = host->await("screen");
-        for (const auto& group : screen["groups"])
-            for (const auto& line : group["lines"]) lines.push_back(line.value("text", ""));
-        return lines;
-    }
 };
 
 TEST_F(ChatFaults, AConversationOutlivesTheServerAndItsConnection) {
@@ -128,31 +105,56 @@ TEST_F(ChatFaults, AConversationOutlivesTheServerAndItsConnection) {
     const auto issue = openChat();
     say("Before.");
     order("kill");
-    ASSERT_TRUE(staysInTheBar("Typed meanwhile."));
-
+    awaitOnline(false);
+    expectRefusal("Typed meanwhile.", kOffline);
     order("start");
-    host->await("progress", {{"text", kJoining}});
-    host->await("changed");
+    awaitOnline(true);
     host->send({{"do", "send"}});
     awaitLine("Typed meanwhile.", true);
-    service->say(issue, "We are back.");
-    awaitLine("We are back.", false);
-    EXPECT_EQ(linesOnScreen(), (std::vector<std::string>{"Typed meanwhile.", "We are back."}));
+    expectLines({"Before.", "Typed meanwhile."});
 
+    host->send({{"do", "type"}, {"text", "Half a sent"}});
     ASSERT_TRUE(service->post("/cut", {{"issue", issue}}));
-    host->await("progress", {{"text", kJoining}});
-    awaitLine("We are back.", false);
-    say("After the cut.");
-    EXPECT_EQ(linesOnScreen(),
-              (std::vector<std::string>{"Typed meanwhile.", "We are back.", "After the cut."}));
+    for (const auto* line : {"One.", "Two.", "Three."}) service->say(issue, line);
+    awaitLine("Three.", false);
+    awaitOnline(true);
+    service->say(issue, "Four.");
+    expectLines({"Before.", "Typed meanwhile.", "One.", "Two.", "Three.", "Four."});
+    EXPECT_EQ(show()["entry"]["text"], "Half a sent");
+    host->send({{"do", "send"}});
+    awaitLine("Half a sent", true);
 }
 
-TEST_F(ChatFaults, AServerThatFallsSilentInMidConversationHoldsUpNobody) {
+TEST_F(ChatFaults, ALineThatTheServerNeverTookIsGivenBack) {
+    load();
+    openChat();
+    say("Before.");
+    order("pause");
+    sendText("Lost on the way.");
+    EXPECT_EQ(show()["entry"]["text"], "") << "as far as anybody can know, it has been sent";
+    order("kill");
+    order("start");
+    host->await("error", {{"text", kNotSent}});
+    EXPECT_EQ(show()["entry"]["text"], "Lost on the way.");
+    expectLines({"Before."});
+    host->send({{"do", "send"}});
+    awaitLine("Lost on the way.", true);
+    expectLines({"Before.", "Lost on the way."});
+}
+
+TEST_F(ChatFaults, AServerThatFallsSilentIsNoticedAndTakesTheLineLater) {
     load();
     openChat();
     order("pause");
-    host->send({{"do", "type"}, {"text", "Anybody?"}});
-    host->send({{"do", "send"}});
+    sendText("Anybody?");
+    awaitOnline(false, lossPatience);
+    expectRefusal("Nobody.", kOffline);
+    order("resume");
+    awaitOnline(true);
+    expectLines({"Anybody?"});
+    EXPECT_EQ(show()["entry"]["text"], "Nobody.");
+
+    order("pause");
     mark();
     press("End Chat");
     expectSights({"Checking issue status", "Resolving issue", "left"});

@@ -12,6 +12,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <utility>
 
 namespace supportsdk::test {
 
@@ -93,11 +94,14 @@ void JsonLinesProcess::closeInput() {
 std::optional<std::string> JsonLinesProcess::readLine(
     std::chrono::steady_clock::time_point deadline) {
     while (true) {
-        if (const auto end = buffer_.find('\n'); end != std::string::npos) {
-            auto line = buffer_.substr(0, end);
-            buffer_.erase(0, end + 1);
+        if (const auto end = buffer_.find('\n', searched_); end != std::string::npos) {
+            auto line = buffer_.substr(taken_, end - taken_);
+            taken_ = searched_ = end + 1;
             return line;
         }
+        // Only now: thousands of lines may have come at once.
+        buffer_.erase(0, std::exchange(taken_, 0));
+        searched_ = buffer_.size();
         pollfd source{output_, POLLIN, 0};
         if (poll(&source, 1, remaining(deadline)) == 0) return std::nullopt;
         std::array<char, 65536> bytes{};

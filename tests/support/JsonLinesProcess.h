@@ -56,6 +56,8 @@ class JsonLinesProcess {
     int input_ = -1;
     int output_ = -1;
     std::string buffer_;
+    std::size_t taken_ = 0;
+    std::size_t searched_ = 0;
 };
 
 }  // namespace supportsdk::test
