@@ -42,7 +42,7 @@ def send_picture(person, file):
     person.watch(lambda r: r.get("is") == "chooser", "the photo chooser")
     print(f"  The person picks {file.name}.")
     person.host.send(do="pick", files=[str(file)])
-    person.await_line(lambda line: line.get("mine") and "url" in line, "the picture in the chat")
+    person.await_line(lambda line: line.get("mine") and line.get("previewShown"), "the picture in the chat")
     person.hear()
     text = person.complete("That is the light, @ro", "@robin")
     person.type(text + ": is it all right?")

@@ -108,6 +108,8 @@ Json ChatAdapter::describeLine(const QuorrandChatMessage& line) const {
     put(fields, "text", line.text);
     put(fields, "url", line.url);
     put(fields, "preview", line.preview);
+    if (fields.contains("preview")) fields["previewShown"] = line.isPreviewLoaded();
+    if (line.avatarImage) fields["avatar"] = line.isAvatarLoaded();
     if (line.date) fields["date"] = dateText(*line.date);
     if (line.isKBMessage()) {
         fields["kb"] = {{"id", *line.kb_id}, {"preview", *line.kb_preview}};

@@ -91,13 +91,15 @@ void ChatPictures::avatarDidArrive(QuorrandChat& chat, const std::string& addres
     // The picture is loaded again for each new line, and hardly ever another one.
     if (!isSamePicture(kept, *image)) kept = image;
     for (const auto& line : lines) line->avatarImage = kept;
+    chat.picturesDidLoad();
 }
 
-void ChatPictures::previewDidArrive(QuorrandChat& /*chat*/, const std::string& address,
+void ChatPictures::previewDidArrive(QuorrandChat& chat, const std::string& address,
                                     const ImagePtr& image) {
     const auto lines = takeLines(previews_, address);
     if (!image) return;
     for (const auto& line : lines) line->previewImage = image;
+    chat.picturesDidLoad();
 }
 
 }  // namespace supportsdk

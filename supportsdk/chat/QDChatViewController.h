@@ -102,6 +102,7 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     void chatDidDisconnect(QuorrandChat& chat, const ChatError& error) override;
     void chatDidLoseConnection(QuorrandChat& chat) override;
     void chatDidNotSend(QuorrandChat& chat, const std::vector<std::string>& texts) override;
+    void chatDidLoadPictures(QuorrandChat& chat) override;
     void chatDidReceiveMessage(QuorrandChat& chat,
                                const std::shared_ptr<QuorrandChatMessage>& message) override;
     void chatDidJoinRoom(QuorrandChat& chat, const std::shared_ptr<XmppRoom>& room,

@@ -76,6 +76,10 @@ void QDChatViewController::chatDidReceiveMessage(QuorrandChat& chat, const Messa
     startReloadTimer();
 }
 
+void QDChatViewController::chatDidLoadPictures(QuorrandChat& /*chat*/) {
+    startReloadTimer();
+}
+
 void QDChatViewController::chatDidLoseConnection(QuorrandChat& /*chat*/) {
     reloadData();
 }

@@ -181,6 +181,8 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
         const std::string& fileName) const;
     /// Loads the pictures of the chat's lines.
     [[nodiscard]] ImageLoader& imageLoader() { return *imageLoader_; }
+    /// Tells the delegate that lines have got their pictures.
+    void picturesDidLoad();
     [[nodiscard]] ChatPictures& pictures() { return *pictures_; }
     /// Fills the emoticon tables from the resource "Emoticons"; leaves them empty without it.
     void loadEmoticons();

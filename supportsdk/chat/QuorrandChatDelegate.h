@@ -67,6 +67,10 @@ class QuorrandChatDelegate : public QDChatButtonCollectionViewDelegate {
                                         const std::shared_ptr<XmppRoom>& /*room*/,
                                         const ChatError& /*error*/) {}
 
+    /// Pictures of lines have come and stand where placeholders stood. Not for each line: those
+    /// that wait for one address are told once.
+    virtual void chatDidLoadPictures(QuorrandChat& /*chat*/) {}
+
     /// An action button reported its address.
     virtual void chatDidPerformAction(QuorrandChat& /*chat*/, const std::string& /*action*/) {}
 

@@ -99,6 +99,9 @@ class SUPPORTSDK_API QuorrandChatMessage
     /// Whether the sender is this user, as the engine knows them now.
     [[nodiscard]] bool isMine() const;
     [[nodiscard]] bool hasPreview() const { return preview && !preview->empty() && previewImage; }
+    /// Whether the picture itself has come: no placeholder stands for it any more.
+    [[nodiscard]] bool isAvatarLoaded() const;
+    [[nodiscard]] bool isPreviewLoaded() const;
     /// Whether one of these dictionary forms has this line's id.
     [[nodiscard]] bool isFoundInArray(const Json& dictionaries) const;
 

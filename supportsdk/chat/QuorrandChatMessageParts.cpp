@@ -70,6 +70,16 @@ void QuorrandChatMessage::getPreviewImage() {
     if (!preview->empty()) chat->pictures().loadPreview(*chat, *preview, shared_from_this());
 }
 
+bool QuorrandChatMessage::isAvatarLoaded() const {
+    const auto chat = chat_.lock();
+    return avatarImage && chat && avatarImage != chat->pictures().avatarPlaceholder(*chat);
+}
+
+bool QuorrandChatMessage::isPreviewLoaded() const {
+    const auto chat = chat_.lock();
+    return hasPreview() && chat && previewImage != chat->pictures().missingPreview(*chat);
+}
+
 void QuorrandChatMessage::chooseTextColor() {
     const auto chat = chat_.lock();
     if (!chat) return;

@@ -122,4 +122,8 @@ std::string QuorrandChat::getImgTagForImageName(const std::string& fileName) con
     return "<img src=\"" + URLForResource(base, extension).value_or("") + "\">";
 }
 
+void QuorrandChat::picturesDidLoad() {
+    tellDelegate(&QuorrandChatDelegate::chatDidLoadPictures);
+}
+
 }  // namespace supportsdk

@@ -14,6 +14,8 @@ TEST_F(Conversation, GoesFromTheTapToTheEndOfTheCase) {
     const auto issue = openChat();
 
     say("Hello, the screen stays dark.");
+    service->say(issue, "Hello (Smile) and (none)");
+    EXPECT_EQ(awaitLine("Hello (Smile) and (none)", false)["emoticons"], Json({"(Smile)"}));
     service->say(issue, "Is it plugged in?",
                  {{"kind", "plain"},
                   {"actions", {{{"key", "y"}, {"lbl", "Yes"}, {"uri", "qd-msg://Yes, it is"}}}}});
@@ -84,8 +86,9 @@ TEST_F(Conversation, OpensAnArticleAndSendsPictures) {
     pick({folder.path / "missing.png", SUPPORTSDK_SOURCE_DIR "/resources/images/star-on.png"});
     EXPECT_EQ(host->await("alert")["title"], "Unable to upload attachment");
     host->send({{"do", "choose"}, {"label", "OK"}});
-    const auto sent = awaitLineWith("the picture in the room",
-                                    [](const Json& found) { return found.contains("url"); });
+    const auto sent = awaitLineWith("the picture in the room", [](const Json& found) {
+        return found.value("previewShown", false);
+    });
     EXPECT_EQ(sent["type"], "attachment");
     EXPECT_EQ(sent["mine"], true);
     host->send({{"do", "tapLine"}, {"id", sent["id"]}, {"part", "attachment"}});
