@@ -3,17 +3,15 @@
 both in one room of one Prosody, through the same cut. For 20 s the network takes what is sent and brings nothing
 back. Needs root, ip, nft, tmux and profanity. Usage: heal.py BUILD_DIR [SECONDS]"""
 
-import json
 import os
 import pathlib
 import subprocess
 import sys
 import tempfile
 import time
-import urllib.request
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
-from demo_programs import DEADLINE, Failure, Program  # noqa: E402
+from demo_programs import DEADLINE, Failure, Lab, Program  # noqa: E402
 
 GIVE_UP = 180
 
@@ -28,17 +26,6 @@ def cut(port):
 
 def heal():
     run("nft", "flush", "table", "inet", "cut")
-
-
-class Lab:
-    def __init__(self, ready):
-        self.address = ready["lab"]
-
-    def __call__(self, path, body=None):
-        data = None if body is None else json.dumps(body).encode()
-        request = urllib.request.Request(self.address + path, data, {"Content-Type": "application/json"})
-        with urllib.request.urlopen(request, timeout=60) as answer:
-            return json.load(answer)
 
 
 class Kit:
@@ -116,11 +103,11 @@ class Profanity:
 
 def measure(client, lab, issue, port, seconds):
     """Seconds from the heal to the missed line; nothing when it never came."""
-    lab("/say", {"issue": issue, "message": "before the cut"})
+    lab.post("/say", issue=issue, message="before the cut")
     client.sees("before the cut", DEADLINE)
     cut(port)
     client.say("said into the cut")
-    lab("/say", {"issue": issue, "message": "missed line"})
+    lab.post("/say", issue=issue, message="missed line")
     time.sleep(seconds)
     heal()
     healed = time.monotonic()
@@ -139,13 +126,13 @@ def bench(name, build, seconds):
         clients = []
         try:
             ready = service.next(DEADLINE)
-            lab = Lab(ready)
+            lab = Lab(ready["lab"])
             clients.append(Kit(build, ready, folder, log))
-            issue = lab("/issues?open")["results"][-1]["id"]
-            comm = lab("/records/comm")["results"][-1]
+            issue = lab.get("/issues?open")["results"][-1]["id"]
+            comm = lab.get("/records/comm")["results"][-1]
             if name == "profanity":
                 clients.pop().stop()
-                account = lab("/records/account")["results"][-1]
+                account = lab.get("/records/account")["results"][-1]
                 clients.append(Profanity(account, ready, comm["external_id"], folder))
             took = measure(clients[0], lab, issue, ready["xmpp"]["port"], seconds)
         finally:
