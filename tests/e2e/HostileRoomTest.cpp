@@ -1,7 +1,12 @@
+#include <zlib.h>
+
 #include <algorithm>
+#include <fstream>
+#include <future>
 
 #include "service/chat/Envelope.h"
 #include "tests/e2e/ChatRoad.h"
+#include "tests/support/LoopbackHttpServer.h"
 
 // Rooms and lines as nobody wants them: the person can go on, or sees why not.
 
@@ -147,6 +152,87 @@ TEST_F(HostileRoom, BodiesOfEveryBrokenKindSpoilNothing) {
     awaitLine("Still here?", false);
     expectLines(wanted);
     say("Yes.");
+}
+
+/// A PNG of zeros, `side` pixels high and wide.
+std::string blackPicture(std::uint32_t side) {
+    const auto bigEndian = [](std::uint32_t number) {
+        return std::string{static_cast<char>(number >> 24U), static_cast<char>(number >> 16U),
+                           static_cast<char>(number >> 8U), static_cast<char>(number)};
+    };
+    const auto chunk = [&](const std::string& name, const std::string& data) {
+        const auto body = name + data;
+        const auto sum =
+            crc32(0, reinterpret_cast<const Bytef*>(body.data()), static_cast<uInt>(body.size()));
+        return bigEndian(static_cast<std::uint32_t>(data.size())) + body +
+               bigEndian(static_cast<std::uint32_t>(sum));
+    };
+    const std::vector<Bytef> rows(side * (side * 3UL + 1));
+    auto size = compressBound(rows.size());
+    std::string packed(size, '\0');
+    compress2(reinterpret_cast<Bytef*>(packed.data()), &size, rows.data(), rows.size(), 1);
+    packed.resize(size);
+    return "\x89PNG\r\n\x1A\n" +
+           chunk("IHDR", bigEndian(side) + bigEndian(side) + std::string("\x08\x02\0\0\0", 5)) +
+           chunk("IDAT", packed) + chunk("IEND", "");
+}
+
+/// The most memory that a process has ever held, in MiB.
+long peakMemory(pid_t pid) {
+    std::ifstream status("/proc/" + std::to_string(pid) + "/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("VmHWM:")) return std::stol(line.substr(6)) / 1024;
+    }
+    return -1;
+}
+
+/// Pictures of lines come from addresses that anybody may have chosen.
+class HostilePicture : public HostileRoom {
+ protected:
+    /// A line whose preview and avatar are at `path`; returns when the picture is asked for.
+    void attach(const std::string& path) {
+        service->say(
+            issue_, "Look: " + path,
+            {{"kind", "attachment"},
+             {"context", {{"from_avatar", pictures_.url(path)}}},
+             {"attachment", {{"url", pictures_.url("/page")}, {"preview", pictures_.url(path)}}}});
+        awaitLine("Look: " + path, false);
+        EXPECT_EQ(asked_.at(path).get_future().wait_for(JsonLinesProcess::patience),
+                  std::future_status::ready)
+            << path;
+    }
+
+    void serve(const std::string& path, LoopbackHttpServer::Handler handler) {
+        auto& asked = asked_[path];
+        pictures_.on(path, [&asked, first = std::make_shared<std::once_flag>(),
+                            handler = std::move(handler)](const auto& request, auto& peer) {
+            std::call_once(*first, [&asked] { asked.set_value(); });
+            handler(request, peer);
+        });
+    }
+
+    std::map<std::string, std::promise<void>> asked_;
+    LoopbackHttpServer pictures_;
+};
+
+TEST_F(HostilePicture, ABombStaysSmall) {
+    const auto bomb = blackPicture(9'000);
+    serve("/bomb",
+          [&](const auto&, auto& peer) { peer.send(LoopbackHttpServer::response(200, bomb)); });
+    const auto before = peakMemory(host->processId());
+    attach("/bomb");
+    say("Still alive.");
+    show();
+    EXPECT_LT(peakMemory(host->processId()), before + 100);
+}
+
+TEST_F(HostilePicture, OnesThatNeverComeHoldUpNoEnd) {
+    for (const auto* path : {"/1", "/2", "/3", "/4", "/5", "/6"})
+        serve(path, [](const auto&, auto& peer) { peer.stall(); });
+    for (const auto* path : {"/1", "/2", "/3", "/4", "/5", "/6"}) attach(path);
+    service->say(issue_, "Wait, there is more.");
+    host->send({{"do", "quit"}});
+    expectPromptEnd();
 }
 
 TEST_F(HostileRoom, FiveThousandParticipantsAreKnownByName) {

@@ -40,6 +40,7 @@ class JsonLinesProcess {
     /// The next report of that kind with these fields, at least.
     Json await(const std::string& is, const Json& fields = Json::object());
 
+    [[nodiscard]] pid_t processId() const { return pid_; }
     void signal(int number) const;
     /// Waits for its end: the exit status, or minus the signal's number. Fails the test, and gives
     /// nothing, when it does not end in time.
