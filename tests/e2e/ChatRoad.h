@@ -12,11 +12,11 @@ class ChatRoad : public FaultRoad {
     static constexpr char kOffline[] = "You are not connected. Your message has not been sent.";
     static constexpr char kNotSent[] = "Your message has not been sent.";
 
-    /// For the chat server.
-    void order(const char* what) { EXPECT_TRUE(service->post("/prosody", {{"do", what}})); }
-
-    /// Beyond the server's word that a line is lost: ten seconds until the kit asks, ten to answer.
+    /// For what only silence tells: ten seconds until the kit asks the server, ten for its answer.
     static constexpr std::chrono::seconds lossPatience{45};
+
+    /// To the chat server.
+    void order(const char* what) { EXPECT_TRUE(service->post("/prosody", {{"do", what}})); }
 
     Json show() {
         host->send({{"do", "show"}});

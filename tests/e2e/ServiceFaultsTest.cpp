@@ -1,6 +1,5 @@
 #include <array>
 #include <csignal>
-#include <functional>
 
 #include "tests/e2e/FaultRoad.h"
 
@@ -11,10 +10,6 @@ namespace supportsdk::test {
 namespace {
 
 enum class Step { settings, customer, create, stored, chatGet, chatEnter, check, resolve, cancel };
-
-constexpr std::array steps = {Step::settings, Step::customer, Step::create,
-                              Step::stored,   Step::chatGet,  Step::chatEnter,
-                              Step::check,    Step::resolve,  Step::cancel};
 
 std::string nameOf(Step step) {
     static constexpr std::array names = {"settings",  "customer", "create",  "stored", "chatGet",
@@ -185,41 +180,6 @@ TEST_P(EachFault, IsSeenAndOvercome) {
 INSTANTIATE_TEST_SUITE_P(Of, EachFault, testing::ValuesIn(rows), [](const auto& row) {
     return nameOf(row.param.step) + "_" + row.param.fault;
 });
-
-/// The service leaves the request of a step without an answer.
-class Silence : public ServiceFaults, public testing::WithParamInterface<Step> {
- protected:
-    void fallInto(Step step) {
-        walkTo(step, "silence");
-        const auto before = service->get("/events")->at("next").get<std::uint64_t>();
-        take(step);
-        ASSERT_TRUE(awaitRequest(pathOf(step), before));
-    }
-
-    bool awaitRequest(const std::string& path, std::uint64_t after) {
-        while (const auto request = service->await("request", Json::object(), after)) {
-            if (request->value("path", "").starts_with("/sdk/v1" + path)) return true;
-            after = request->at("seq");
-        }
-        return false;
-    }
-};
-
-TEST_P(Silence, DoesNotKeepTheApplicationFromEnding) {
-    const std::vector<std::function<void()>> endings = {
-        [this] {
-            host->send({{"do", "quit"}});
-        },
-        [this] { host->closeInput(); },
-        [this] { host->signal(SIGTERM); },
-    };
-    fallInto(GetParam());
-    endings[static_cast<std::size_t>(GetParam()) % endings.size()]();
-    expectPromptEnd();
-}
-
-INSTANTIATE_TEST_SUITE_P(At, Silence, testing::ValuesIn(steps),
-                         [](const auto& step) { return nameOf(step.param); });
 
 TEST_F(ServiceFaults, AnswersThatComeLateAreWaitedFor) {
     strike("delay", "/", {{"milliseconds", 300}, {"times", 0}});
