@@ -19,11 +19,12 @@ std::shared_ptr<QuorrandChat> makeEngine(const test::FakePlatform& fakes) {
     fakes.kitBundle->files = {
         {"smile.png", "picture"},
         {"user-placeholder-round.png", "picture"},
-        {"Emoticons.json", R"({"Emoticons": {"smile.png": {"Equivalents": ["(smile)", "(é)"]}}})"}};
+        {"Emoticons.json",
+         R"json({"Emoticons": {"smile.png": {"Equivalents": ["(smile)", "(\u00e9)"]}}})json"}};
     auto chat = QuorrandChat::create(fakes.platform);
-chat->userPermissions = Json::array({"agent"});
-chat->setParticipantsEligible(Json{{"a:1", {{"name", "Ann"}}}});
-return chat;
+    chat->userPermissions = Json::array({"agent"});
+    chat->setParticipantsEligible(Json{{"a:1", {{"name", "Ann"}}}});
+    return chat;
 }
 
 std::shared_ptr<const Stanza> stanzaWith(const std::string& body) {
