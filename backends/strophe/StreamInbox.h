@@ -30,8 +30,8 @@ class StreamInbox : public std::enable_shared_from_this<StreamInbox> {
 
     /// Any thread.
     void add(StreamEvent event);
-    /// All of `events`, which is empty afterwards. To be called after every step, events or not: it
-    /// also frees what has been handled. The stream's thread.
+    /// All of `events`, which is empty afterwards. Also frees what has been handled, so it is to be
+    /// called now and then with none, too. The stream's thread.
     void add(std::vector<StreamEvent>& events);
 
     /// So much waits for the main thread that no more should be read. Any thread.

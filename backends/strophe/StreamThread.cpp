@@ -19,6 +19,9 @@ using Clock = std::chrono::steady_clock;
 // what a read sets off is written in the next round.
 constexpr int roundsToDrain = 6;
 
+// Stanzas handed over at once, at most with those of one step more.
+constexpr std::size_t largestBatch = 128;
+
 // A round on a writable socket writes at least this much.
 constexpr std::size_t leastWrite = 4096;
 // Rounds on a writable socket that negotiation needs before the first stanza.
@@ -147,6 +150,7 @@ StreamFacts StreamThread::stream(const PeerAddress& address, const std::string& 
     }
     connection.connect(address);
     drive(connection);
+    setup_.inbox->add(batch_);
     return connection.facts();
 }
 
@@ -168,11 +172,13 @@ void StreamThread::drive(StropheConnection& connection) {
 
 void StreamThread::advance(StropheConnection& connection, int socketEvents) {
     connection.step();
-    setup_.inbox->add(batch_);
     // The step also reads what came in after the poll; what that left to do must not wait for the
     // next wake-up.
     const bool readable = (socketEvents & ~POLLOUT) != 0;
     quietRounds_ = connection.hasRead() || readable ? 0 : quietRounds_ + 1;
+    // While there is more, a later step will do: waking the main thread costs as much as some
+    // lines.
+    if (batch_.size() >= largestBatch || !connection.hasMore()) setup_.inbox->add(batch_);
     if ((socketEvents & POLLOUT) != 0 && pendingWrites_ > 0) --pendingWrites_;
     if (connection.facts().connected && !closing_) giveUpAt_.reset();
 }

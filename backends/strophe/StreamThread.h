@@ -60,7 +60,7 @@ class StreamThread {
     SocketGuard guard_;
     std::optional<pthread_t> thread_;
     // Of the thread itself, while it drives a connection:
-    /// What one step has brought, handed over at its end.
+    /// What the last steps have brought and the inbox does not have yet.
     std::vector<StreamEvent> batch_;
     bool authenticated_ = false;
     int quietRounds_ = 0;

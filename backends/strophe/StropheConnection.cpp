@@ -32,11 +32,12 @@ void initializeOnce() {
     std::call_once(once, xmpp_initialize);
 }
 
-// What the application has read off the socket since it was connected.
-std::uint64_t bytesRead(int socket) {
+// What the application has read off the socket since it was connected, and in `unread` what it has
+// not.
+std::uint64_t bytesRead(int socket, int& unread) {
     tcp_info info{};
     socklen_t size = sizeof info;
-    int unread = 0;
+    unread = 0;
     if (getsockopt(socket, IPPROTO_TCP, TCP_INFO, &info, &size) != 0 ||
         ioctl(socket, FIONREAD, &unread) != 0) {
         return 0;
@@ -104,7 +105,7 @@ bool StropheConnection::hasQueuedSends() const {
 
 bool StropheConnection::hasRead() {
     if (ended_) return false;
-    const auto bytes = bytesRead(guard_.descriptor());
+    const auto bytes = bytesRead(guard_.descriptor(), unread_);
     const bool more = std::exchange(bytesRead_, bytes) != bytes;
     if (std::exchange(stanzaSeen_, false)) bytesAtLastStanza_ = bytes;
     facts_.tooLarge = bytes > bytesAtLastStanza_ + largestStanza;

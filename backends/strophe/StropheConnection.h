@@ -57,6 +57,8 @@ class StropheConnection {
     /// Whether anything was read off the socket since the last call. Ends the stream if the stanza
     /// that is being received has passed every reasonable size.
     [[nodiscard]] bool hasRead();
+    /// Whether, at that call, more had come in than was read.
+    [[nodiscard]] bool hasMore() const { return unread_ > 0; }
 
  private:
     static void logged(void* self, xmpp_log_level_t level, const char* area, const char* line);
@@ -76,6 +78,7 @@ class StropheConnection {
     bool ended_ = false;
     std::uint64_t bytesRead_ = 0;
     std::uint64_t bytesAtLastStanza_ = 0;
+    int unread_ = 0;
     bool stanzaSeen_ = true;
     xmpp_log_t log_;
     xmpp_ctx_t* context_;

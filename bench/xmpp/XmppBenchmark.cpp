@@ -156,7 +156,7 @@ void measureReceiving() {
     kit.stream->send("<presence/>");
     require(loop->pumpUntil([&] { return kit.received >= count; }, std::chrono::seconds{60}),
             "flood");
-    report("the kit, as trees on the main thread", start);
+    report("the kit, as stanzas on the main thread", start);
 }
 
 }  // namespace
