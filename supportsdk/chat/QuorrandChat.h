@@ -17,6 +17,7 @@
 #include "supportsdk/chat/QuorrandChatDelegate.h"
 #include "supportsdk/chat/RoomRecovery.h"
 #include "supportsdk/chat/SentLines.h"
+#include "supportsdk/chat/UnsentTexts.h"
 #include "supportsdk/platform/Export.h"
 #include "supportsdk/platform/Platform.h"
 #include "supportsdk/theme/ChatImageReceiver.h"
@@ -75,8 +76,9 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     // --- Stream (QuorrandChatConnection.cpp) ---
 
     /// True when an attempt is under way or the stream is up. On a live stream it reports
-    /// chatDidConnect() and joins; while one is connecting it starts no other. False, without a
-    /// report, when `jid` or `password` is absent.
+    /// chatDidConnect() and joins; while one is connecting it starts no other. Who has left the
+    /// room meanwhile wants to be in it again. False, without a report, when `jid` or `password` is
+    /// absent.
     bool connect();
 
     /// Leaves the room and, unless `maintainConnection`, ends the stream, which is reported before
@@ -92,18 +94,22 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     /// null room, when it is joined already. A refusal is logged, and heard as the join's time-out;
     /// a taken nickname, which may be one's own of a connection that the server takes for alive,
     /// and what the room calls temporary, is tried again every few seconds, also after the
-    /// time-out.
+    /// time-out. Another room is left first.
     void joinRoom(const std::optional<std::string>& roomJid,
                   const std::optional<std::string>& occupantNickname);
+    /// Also ends the joining: a room that lets one in afterwards is left without a report.
     void leaveRoom();
     [[nodiscard]] bool isRoomJoined() const;
+    /// Since the last connect() or joinRoom() nobody has left.
+    [[nodiscard]] bool isRoomWanted() const { return joinWanted_; }
 
     /// "<history maxstanzas='50'/>".
     [[nodiscard]] std::shared_ptr<Stanza> historyStanza() const;
     /// Asks the room for its history again.
     void requestRoomHistory();
 
-    /// Gives the list to this conversation. The lines of the room come back if they are its own.
+    /// Gives the list to this conversation. The lines of the room come back if they are its own;
+    /// the room of another conversation is left without a report, and `muc` is to be set anew.
     void openConversation(const std::string& conversation);
     /// Gives the list, empty, to a conversation that is read and no more. The room goes on: its
     /// lines are kept until openConversation() asks for them.
@@ -282,6 +288,7 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
  private:
     explicit QuorrandChat(PlatformPtr platform);
 
+    bool startConnecting();
     bool openStream();
     void retire(std::shared_ptr<XmppLink> link);
     void dropStream();
@@ -303,6 +310,8 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     std::shared_ptr<XmppRoom> makeRoom(const std::string& roomJid);
     std::shared_ptr<QDChatViewModel> makeViewModel();
     [[nodiscard]] QDChatViewModel& roomLines() { return aside_ ? *aside_ : *viewModel; }
+    void dropRoom();
+    void reportJoined(const std::shared_ptr<XmppRoom>& room);
     void roomDidJoin();
     void roomDidRefuseJoin(const Stanza& presence);
     void roomDidLeave(bool requested);
@@ -314,7 +323,7 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     // After a lost connection (QuorrandChatRecovery.cpp)
     [[nodiscard]] ChatPlace place();
     void rememberLines();
-    void putLinesBack();
+    bool putLinesBack();
     void confirmSentLine(const Stanza& reflection);
     void historyDidEnd();
     void watchSentLine(const std::string& id, const std::string& text);
@@ -340,10 +349,12 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     std::shared_ptr<XmppRoom> xmppRoom_;
     /// The room's lines while the list shows another conversation; null while it shows them.
     std::shared_ptr<QDChatViewModel> aside_;
-    /// Since the last joinRoom() nobody has asked to leave.
+    /// Since the last connect() nobody has asked for the end of the stream.
+    bool streamWanted_ = false;
     bool joinWanted_ = false;
     RoomRecovery recovery_;
     SentLines sentLines_;
+    UnsentTexts unsentTexts_;
     Registration connectTimer_;
     Registration joinRoomTimer_;
     /// Until a refused join is tried again.

@@ -16,6 +16,12 @@ bool QuorrandChat::isConnected() const {
 }
 
 bool QuorrandChat::connect() {
+    streamWanted_ = true;
+    joinWanted_ = true;
+    return startConnecting();
+}
+
+bool QuorrandChat::startConnecting() {
     const auto self = shared_from_this();
     roomLines().setRoom(commId);
     if (isConnected()) {
@@ -35,6 +41,9 @@ bool QuorrandChat::connect() {
 }
 
 bool QuorrandChat::openStream() {
+    // A stream may have died without having reported its end, and will not any more.
+    if (isRoomJoined()) rememberLines();
+    sentLines_.doubtAll();
     dropStream();
     if (!jid || !password) return false;
     XmppStreamOptions options;
@@ -93,6 +102,7 @@ void QuorrandChat::disconnect() {
     connectTimer_.reset();
     leaveRoom();
     if (maintainConnection) return;
+    streamWanted_ = false;
     tellDelegate(&QuorrandChatDelegate::chatDidDisconnect, std::nullopt);
     joinRoomTimer_.reset();
     if (link_) {
@@ -112,7 +122,7 @@ void QuorrandChat::linkDidAuthenticate(XmppLink& link) {
     tellDelegate(&QuorrandChatDelegate::chatDidConnect, std::nullopt);
     if (&link != link_.get()) return;
     sendStanza(makePresence()->xml());
-    joinRoom(muc, nickname);
+    if (joinWanted_) joinRoom(muc, nickname);
 }
 
 bool QuorrandChat::linkDidReceive(XmppLink& link, const std::shared_ptr<const Stanza>& stanza) {
@@ -145,13 +155,13 @@ void QuorrandChat::linkDidEnd(XmppLink& link, const XmppStreamEnd& end) {
         tellDelegate(&QuorrandChatDelegate::chatDidDisconnect, end);
         reportNotSent(sentLines_.takeAll());
     } else if (link.wasAuthenticated()) {
-        if (connect()) tellDelegate(&QuorrandChatDelegate::chatDidLoseConnection);
+        if (startConnecting()) tellDelegate(&QuorrandChatDelegate::chatDidLoseConnection);
     } else {
         // The attempt goes on with another stream; its clock runs on, so that a server that
         // refuses again and again is reported like one that is silent. Without a clock nobody waits
         // for it any more.
         if (end.loss == XmppLoss::timedOut && connectTimer_) handleConnectTimeout(end);
-        if (!link_) openStream();
+        if (!link_ && streamWanted_) openStream();
     }
 }
 

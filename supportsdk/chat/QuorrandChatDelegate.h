@@ -50,7 +50,9 @@ class QuorrandChatDelegate : public QDChatButtonCollectionViewDelegate {
                                        const std::shared_ptr<QuorrandChatMessage>& /*message*/) {}
 
     /// These lines, in the order of sending, went out and never came back from the room, which
-    /// would have reflected them: they did not get there.
+    /// would have reflected them: they did not get there. Only when more was said during a lost
+    /// connection than the room replays, one of them may have arrived. While there is no delegate
+    /// they are kept, and told behind the next chatDidJoinRoom() of their conversation.
     virtual void chatDidNotSend(QuorrandChat& /*chat*/, const std::vector<std::string>& /*texts*/) {
     }
 
@@ -74,7 +76,7 @@ class QuorrandChatDelegate : public QDChatButtonCollectionViewDelegate {
     /// An action button reported its address.
     virtual void chatDidPerformAction(QuorrandChat& /*chat*/, const std::string& /*action*/) {}
 
-    /// Nothing sends it.
+    /// Lines that were known before a lost connection are in the list again.
     virtual void chatDidUpdateMessages(QuorrandChat& /*chat*/) {}
 
     virtual void chatDidUpdateUnreadCount(QuorrandChat& /*chat*/, std::uint64_t /*count*/) {}

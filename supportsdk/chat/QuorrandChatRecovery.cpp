@@ -21,17 +21,21 @@ void QuorrandChat::rememberLines() {
     recovery_.roomWasLost(place(), roomLines().messages());
 }
 
-void QuorrandChat::putLinesBack() {
+/// False when there were none.
+bool QuorrandChat::putLinesBack() {
     auto lines = recovery_.takeLines();
-    if (!lines.empty()) roomLines().restoreMessages(std::move(lines));
+    if (lines.empty()) return false;
+    roomLines().restoreMessages(std::move(lines));
+    return true;
 }
 
 void QuorrandChat::roomDidReceive(const std::shared_ptr<const Stanza>& stanza) {
     const auto self = shared_from_this();
     const bool wasReplaying = recovery_.isReplaying();
-    if (wasReplaying) putLinesBack();
+    const bool wasRestored = wasReplaying && putLinesBack();
     confirmSentLine(*stanza);
     handleReceivedMessage(stanza);
+    if (wasRestored) tellDelegate(&QuorrandChatDelegate::chatDidUpdateMessages);
     // Meanwhile the delegate may have left.
     if (wasReplaying && recovery_.isReplaying() && endsHistory(*stanza)) historyDidEnd();
 }
@@ -74,15 +78,20 @@ void QuorrandChat::roomDidRefuseMessage(const Stanza& error) {
 /// farewell does; nobody will learn any more what became of the others.
 SentLines::Texts QuorrandChat::giveUpRecovery() {
     joinWanted_ = false;
+    joinRoomTimer_.reset();
     rejoinTimer_.reset();
     recovery_.forget();
+    // A stream may be dead and not have said so yet.
+    if (!isConnected()) sentLines_.doubtAll();
     auto notSent = sentLines_.takeDoubtful();
     sentLines_.clear();
     return notSent;
 }
 
 void QuorrandChat::reportNotSent(const SentLines::Texts& texts) {
-    if (!texts.empty()) tellDelegate(&QuorrandChatDelegate::chatDidNotSend, texts);
+    if (texts.empty()) return;
+    if (delegate.expired()) return unsentTexts_.keep(roomLines().commId, texts);
+    tellDelegate(&QuorrandChatDelegate::chatDidNotSend, texts);
 }
 
 }  // namespace supportsdk

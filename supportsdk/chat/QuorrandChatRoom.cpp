@@ -29,9 +29,12 @@ std::shared_ptr<Stanza> QuorrandChat::historyStanza() const {
 void QuorrandChat::joinRoom(const std::optional<std::string>& roomJid,
                             const std::optional<std::string>& occupantNickname) {
     if (isRoomJoined() && roomJid == roomName) {
-        tellDelegate(&QuorrandChatDelegate::chatDidJoinRoom, nullptr, std::nullopt);
-        return;
+        joinWanted_ = true;
+        return reportJoined(nullptr);
     }
+    const bool isAnother = xmppRoom_ && xmppRoom_->jid() != roomJid;
+    const auto notSent = isAnother ? giveUpRecovery() : SentLines::Texts{};
+    if (isAnother) dropRoom();
     muc = roomJid;
     nickname = occupantNickname;
     joinWanted_ = true;
@@ -39,14 +42,23 @@ void QuorrandChat::joinRoom(const std::optional<std::string>& roomJid,
     xmppRoom_ = makeRoom(muc.value_or(""));
     startJoinRoomTimer();
     xmppRoom_->joinRoomUsingNickname(nickname.value_or(""), historyStanza());
+    reportNotSent(notSent);
+}
+
+/// Nothing of the room is heard any more, not even that it has been left.
+void QuorrandChat::dropRoom() {
+    if (const auto room = std::exchange(xmppRoom_, nullptr)) room->withdraw();
+    roomName.reset();
 }
 
 void QuorrandChat::openConversation(const std::string& conversation) {
     if (const auto kept = std::exchange(aside_, nullptr)) viewModel = kept;
     if (viewModel->commId == conversation) return;
     // Not reported: whoever listens now is at the other conversation.
-    if (!giveUpRecovery().empty())
-        platform->log->write("lines of another conversation have not been sent");
+    unsentTexts_.keep(viewModel->commId, giveUpRecovery());
+    connectTimer_.reset();
+    dropRoom();
+    muc.reset();
     viewModel->clearMessages();
     viewModel->setRoom(conversation);
 }
@@ -97,21 +109,31 @@ void QuorrandChat::handleJoinRoomTimeout() {
 }
 
 void QuorrandChat::roomDidJoin() {
+    // Somebody has left before the room's answer came.
+    if (!joinWanted_) return dropRoom();
     const auto room = xmppRoom_;
     joinRoomTimer_.reset();
     roomName = muc;
     unreadMessageCount = 0;
     updateUnreadMessageCount();
+    // Who heard that may have left.
+    if (xmppRoom_ != room || !room->isJoined()) return;
     roomLines().clearMessages();
     recovery_.roomWasJoined(place());
+    reportJoined(room);
+}
+
+void QuorrandChat::reportJoined(const std::shared_ptr<XmppRoom>& room) {
     tellDelegate(&QuorrandChatDelegate::chatDidJoinRoom, room, std::nullopt);
+    if (isRoomJoined()) reportNotSent(unsentTexts_.take(roomLines().commId));
 }
 
 void QuorrandChat::roomDidRefuseJoin(const Stanza& presence) {
     const bool mayChange = errorCondition(presence) == "conflict" ||
                            std::string_view(presence.child("error").attribute("type").value()) ==
                                "wait";  // RFC 6120, 8.3.2
-    if (!mayChange || !joinWanted_) return;
+    if (!joinWanted_) return;
+    if (!mayChange) return reportNotSent(sentLines_.takeAll());
     const auto delay = joinRoomTimer_ ? rejoinInterval : boundedTimeout();
     rejoinTimer_ = platform->mainQueue->after(delay, [weak = weak_from_this()] {
         const auto self = weak.lock();
@@ -193,7 +215,10 @@ void QuorrandChat::handleReceivedMessage(const std::shared_ptr<const Stanza>& st
     const auto line = QuorrandChatMessage::createWithXMPPMessage(*this, stanza);
     if (!line->isValidMessage) return;
     line->showNotifications = showNotifications;
+    const auto room = xmppRoom_;
     if (!line->isDelayed && !isParticipant(line->from)) refreshEligibleParticipants();
+    // Who heard that may have gone to another conversation.
+    if (xmppRoom_ != room) return;
     const auto before = roomLines().messages().size();
     roomLines().addMessage(line);
     if (line->isDelayed && recovery_.isReplaying())

@@ -57,6 +57,10 @@ void XmppRoom::leaveRoom() {
     send_(makePresence("unavailable", occupantJid())->xml());
 }
 
+void XmppRoom::withdraw() {
+    if (state_ == State::joined || state_ == State::joining) leaveRoom();
+}
+
 void XmppRoom::sendMessage(Stanza& message) {
     setAttribute(message.root(), "to", jid_);
     setAttribute(message.root(), "type", "groupchat");

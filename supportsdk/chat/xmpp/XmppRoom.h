@@ -43,6 +43,8 @@ class XmppRoom : public std::enable_shared_from_this<XmppRoom> {
     /// Asks to leave (7.14). Joined no more from now on; Callbacks::left follows with the room's
     /// answer.
     void leaveRoom();
+    /// Leaves, or takes a request to enter back. For who drops this room without a further word.
+    void withdraw();
     /// Addresses `message` to all occupants (7.4), in place, and sends it.
     void sendMessage(Stanza& message);
     /// Sends the filled-in form `form` back (10.2).

@@ -149,6 +149,61 @@ TEST_F(Engine, keepsAMaintainedStreamForTheNextRoom) {
     EXPECT_EQ(streams(), 1U);
 }
 
+TEST_F(Engine, isInOneRoomAtATime) {
+    const auto farewell = [](const std::string& room) {
+        return "<presence type=\"unavailable\" to=\"" + room + "/members_users:1\"/>";
+    };
+    join();
+    chat->openConversation("another");
+    EXPECT_EQ(stream().sent.back(), farewell("help@rooms.test"));
+    EXPECT_EQ(chat->sendGroupchatMessage("for the other", false), ChatSend::offline);
+    say("you", "late");
+    EXPECT_EQ(list(), Heard{});
+    EXPECT_EQ(delegate->take(), Heard{});
+    stream().end(XmppLoss::lost);
+    stream().authenticate();
+    EXPECT_EQ(stream().sent, Heard{"<presence/>"}) << "nobody has named the other room yet";
+    chat->joinRoom("other@rooms.test", chat->nickname);
+    chat->joinRoom("third@rooms.test", chat->nickname);
+    EXPECT_EQ(stream().sent.at(2), farewell("other@rooms.test")) << "a join under way";
+    enter("third@rooms.test");
+    chat->joinRoom("help@rooms.test", chat->nickname);
+    EXPECT_EQ(stream().sent.at(4), farewell("third@rooms.test"));
+    enter();
+    EXPECT_EQ(chat->roomName, "help@rooms.test");
+}
+
+TEST_F(Engine, doesNotEnterARoomThatWasLeftOnTheWay) {
+    chat->maintainConnection = true;
+    join();
+    stream().end(XmppLoss::lost);
+    chat->leaveRoom();
+    stream().authenticate();
+    EXPECT_EQ(stream().sent, Heard{"<presence/>"});
+    EXPECT_EQ(delegate->take(), (Heard{"lost", "connected"}));
+    chat->connect();
+    chat->leaveRoom();
+    enter();
+    EXPECT_THAT(stream().sent.back(), testing::HasSubstr("unavailable"));
+    advance(31s);
+    EXPECT_EQ(delegate->take(), Heard{"connected"}) << "neither joined, nor too late for it";
+    const auto observation = NotificationCenter::shared().addObserver(
+        std::string(unreadCountUpdatedNotification), [&](const auto&) { chat->disconnect(); });
+    chat->maintainConnection = false;
+    chat->connect();
+    enter();
+    EXPECT_EQ(delegate->take(), (Heard{"connected", "disconnected"}));
+}
+
+TEST_F(Engine, staysDownWhenToldSoInsideItsReport) {
+    delegate->onEvent = [&](const std::string& event) {
+        if (event == "timed out") chat->disconnect();
+    };
+    chat->connect();
+    stream().end(XmppLoss::timedOut);
+    EXPECT_EQ(streams(), 1U);
+}
+
 TEST_F(Engine, noticesAnotherNetworkAtOnce) {
     chat->connect();
     auto& network = *fake.reachability->refs.back();

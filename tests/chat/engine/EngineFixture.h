@@ -34,6 +34,7 @@ struct RecordingChatDelegate : QuorrandChatDelegate {
         for (const auto& text : texts) event += " " + text;
         hear(event);
     }
+    void chatDidUpdateMessages(QuorrandChat&) override { hear("updated"); }
     void chatDidJoinRoom(QuorrandChat&, const std::shared_ptr<XmppRoom>& room,
                          const ChatError&) override {
         hear(room ? "joined" : "joined before");
@@ -87,9 +88,10 @@ struct Engine : testing::Test {
     void advance(std::chrono::seconds duration) const { fake.queue->advance(duration); }
 
     /// One's own presence arrives.
-    void enter() const {
+    void enter(const std::string& room = "help@rooms.test") const {
         stream().receive(
-            "<presence from='help@rooms.test/members_users:1'><x "
+            "<presence from='" + room +
+            "/members_users:1'><x "
             "xmlns='http://jabber.org/protocol/muc#user'><status code='110'/></x></presence>");
     }
     void join() {

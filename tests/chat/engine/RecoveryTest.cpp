@@ -23,8 +23,10 @@ TEST_F(Engine, putsItsLinesBackInFrontOfWhatTheRoomReplays) {
     EXPECT_EQ(list(), (Heard{"a", "b", "c"})) << "though its digest was of another minute";
     rejoin();
     rejoin();
+    delegate->take();
     subject();
     EXPECT_EQ(list(), (Heard{"a", "b", "c"})) << "a room that has forgotten everything";
+    EXPECT_EQ(delegate->take(), Heard{"updated"}) << "the screen has shown an empty list since";
     say("members_users:1", "bye", "<x/>");
     // In order: first the farewell of a room that shuts down, then the end of the stream.
     stream().receive(
@@ -40,7 +42,10 @@ TEST_F(Engine, putsNothingBackForThoseWhoLeft) {
     const std::vector<std::function<void()>> ways{
         [&] { chat->leaveRoom(); },
         [&] { chat->disconnect(); },
-        [&] { chat->openConversation("another"); },
+        [&] {
+            chat->openConversation("another");
+            chat->muc = "other@rooms.test";
+        },
         [&] { chat->muc = "other@rooms.test"; },
     };
     for (const auto& leave : ways) {
@@ -51,9 +56,7 @@ TEST_F(Engine, putsNothingBackForThoseWhoLeft) {
         leave();
         chat->connect();
         stream().authenticate();
-        stream().receive("<presence from='" + *chat->muc +
-                         "/members_users:1'><x xmlns='http://jabber.org/protocol/muc#user'>"
-                         "<status code='110'/></x></presence>");
+        enter(*chat->muc);
         stream().receive("<message type='groupchat' from='" + *chat->muc +
                          "'><subject/></message>");
         EXPECT_EQ(list(), Heard{});
@@ -91,7 +94,7 @@ TEST_F(Engine, tellsWhichLinesNeverArrived) {
     EXPECT_EQ(delegate->take(), Heard{"not sent: on its way"});
     rejoin();
     subject();
-    EXPECT_EQ(delegate->take(), (Heard{"lost", "connected", "joined"})) << "once";
+    EXPECT_EQ(delegate->take(), (Heard{"lost", "connected", "joined", "updated"})) << "once";
 }
 
 TEST_F(Engine, tellsAtOnceWhenThereIsNoWayBack) {
@@ -114,6 +117,53 @@ TEST_F(Engine, tellsAtOnceWhenThereIsNoWayBack) {
     chat->sendGroupchatMessage("d", true);
     stream().callbacks.ended({XmppLoss::closedByServer, "conflict", "replaced"});
     EXPECT_EQ(delegate->take().back(), "not sent: d");
+}
+
+TEST_F(Engine, keepsWhatWasNotSentUntilSomebodyOfItsConversationListens) {
+    chat->commId = "a";
+    join();
+    chat->sendGroupchatMessage("unheard", true);
+    chat->delegate.reset();
+    rejoin();
+    subject();
+    chat->delegate = delegate;
+    chat->sendGroupchatMessage("of a", true);
+    stream().end(XmppLoss::lost);
+    const auto open = [&](const char* conversation, const std::string& room) {
+        chat->commId = conversation;
+        chat->openConversation(conversation);
+        chat->muc = room;
+        chat->connect();
+        if (!chat->isConnected()) stream().authenticate();
+        enter(room);
+    };
+    open("b", "other@rooms.test");
+    EXPECT_EQ(delegate->take(), (Heard{"lost", "connected", "joined"}));
+    open("a", "help@rooms.test");
+    EXPECT_EQ(delegate->take(), (Heard{"connected", "joined", "not sent: unheard of a"}));
+    open("a", "help@rooms.test");
+    EXPECT_EQ(delegate->take(), (Heard{"connected", "joined before"}));
+}
+
+TEST_F(Engine, losesNothingOfAStreamWhoseEndIsNotReportedYet) {
+    const auto die = [&] {
+        chat->sendGroupchatMessage("x", true);
+        stream().connected = stream().authenticated = false;
+        delegate->take();
+    };
+    join();
+    say("you", "known");
+    die();
+    chat->connect();
+    ASSERT_EQ(streams(), 2U);
+    stream().authenticate();
+    enter();
+    subject();
+    EXPECT_EQ(list(), Heard{"known"});
+    EXPECT_EQ(delegate->take().back(), "not sent: x");
+    die();
+    chat->disconnect();
+    EXPECT_EQ(delegate->heard.front(), "not sent: x");
 }
 
 TEST_F(Engine, checksAConnectionThatSwallowsALine) {
@@ -169,7 +219,12 @@ TEST_F(Engine, waitsForItsOwnGhostToLeaveTheRoom) {
     chat->disconnect();
     refuse("cancel", "conflict");
     chat->connect();
+    enter();
+    chat->sendGroupchatMessage("unseen", true);
+    stream().end(XmppLoss::lost);
+    stream().authenticate();
     refuse("auth", "forbidden");
+    EXPECT_EQ(delegate->heard.back(), "not sent: unseen");
     const auto sent = stream().sent.size();
     advance(50s);
     EXPECT_EQ(stream().sent.size(), sent) << "neither after leaving nor when banned";
