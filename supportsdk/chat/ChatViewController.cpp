@@ -1,5 +1,8 @@
 #include "supportsdk/chat/ChatViewController.h"
 
+#include "supportsdk/chat/QDChatActionButton.h"
+#include "supportsdk/chat/QDChatButtonCollectionView.h"
+#include "supportsdk/chat/QuorrandChatMessage.h"
 #include "supportsdk/core/BaseWebViewController.h"
 #include "supportsdk/core/Configuration.h"
 #include "supportsdk/core/EventManager.h"
@@ -36,12 +39,9 @@ void ChatViewController::viewDidLoad() {
     showBarButtons();
     commEntered = false;
     setChatTitle();
-    if (engine().isOffline || !issue) return;
-    const auto information = support->extractXmppInformation(issue->xmpp_data);
-    if (!information) return;
-    setXmppInfo(*information);
-    if (!comm_id) comm_id = issue->comm_id;
-    if (!comm_id) return;
+    // Without one the screen is empty, also beside a chat that goes on.
+    if (!findConversation())
+        return engine().openTranscripts(issue ? issue->comm_id.value_or("") : "");
     if (!isBesideRoom()) engine().commId = comm_id;
     setupChat();
     if (isReadOnly) {
@@ -51,6 +51,15 @@ void ChatViewController::viewDidLoad() {
         engine().openConversation(*comm_id);
         chatGet(*comm_id);
     }
+}
+
+bool ChatViewController::findConversation() {
+    if (engine().isOffline || !issue) return false;
+    const auto information = support->extractXmppInformation(issue->xmpp_data);
+    if (!information) return false;
+    setXmppInfo(*information);
+    if (!comm_id) comm_id = issue->comm_id;
+    return comm_id.has_value();
 }
 
 void ChatViewController::showBarButtons() {
@@ -92,6 +101,15 @@ void ChatViewController::configureAppearance() {
     look.chatNavigationBarBackgroundColor =
         theme.chatNavBarColor().value_or(ChatAppearance{}.chatNavigationBarBackgroundColor);
     engine().hideTextEntryAccessoryView = true;
+    repaintButtons();
+}
+
+/// Those of the newest line, which can be pressed, have their colours from when they were made.
+void ChatViewController::repaintButtons() const {
+    const auto newest = lastMessage();
+    if (!newest || !newest->chatButtonCollectionView) return;
+    for (const auto& button : newest->chatActionButtons) button->updateButtonLook();
+    newest->chatButtonCollectionView->reload();
 }
 
 void ChatViewController::viewWillDisappear() {

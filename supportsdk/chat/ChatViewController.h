@@ -1,7 +1,5 @@
 #pragma once
 
-#include <deque>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -144,27 +142,30 @@ class SUPPORTSDK_API ChatViewController : public QDChatViewController {
 
  protected:
     void handleIssueRefresh() override;
+    [[nodiscard]] bool ownsConversation() const override { return engine().commId == comm_id; }
 
  private:
     ChatViewController(std::shared_ptr<Support> support, std::shared_ptr<QDIssue> issue);
 
-    [[nodiscard]] bool isBesideRoom() const;
+    /// Takes the issue's credentials. False when there is no conversation to open.
+    bool findConversation();
     void showBarButtons();
+    void repaintButtons() const;
     void chatGetFailed(const std::string& commId);
+    void takeParticipants(const QDConnectChat& record);
+    [[nodiscard]] bool holdsRoomLines() const;
     void presentWebPage(const std::string& url, const std::string& backLabel, bool showsProgress);
     void articleDidArrive(const Json& response);
     void articleIsMissing(const std::string& message);
-    void uploadPhotos(std::deque<PhotoItem> items);
-    void upload(PhotoItem item, std::function<void()> done);
-    void put(const ImagePtr& photo, const std::function<void()>& done);
-    void photoDidArrive(const Json& response);
-    void uploadFailed(const std::string& message);
-    /// A callback of this screen that does nothing once the screen is gone or the chat has ended.
+    void upload(std::vector<PhotoItem> items);
+    /// A callback of this screen that does nothing once the screen is gone, the chat has ended, or
+    /// the engine is at another conversation.
     template <typename Callback>
     [[nodiscard]] auto whileOpen(Callback callback) {
         return [weak = weak(this), callback = std::move(callback)](auto&&... arguments) {
             const auto self = weak.lock();
-            if (self && self->issue) callback(std::forward<decltype(arguments)>(arguments)...);
+            if (self && self->issue && self->ownsConversation())
+                callback(std::forward<decltype(arguments)>(arguments)...);
         };
     }
     [[nodiscard]] bool isNewest(const QuorrandChatMessage& message) const;

@@ -20,12 +20,6 @@ void ChatViewController::setXmppInfo(const Json& information) {
     engine().port = integerForKey(information, "port").value_or(0);
 }
 
-/// A chat of the past, while the engine keeps the room of a live one: it must find back there with
-/// its own credentials.
-bool ChatViewController::isBesideRoom() const {
-    return isReadOnly && engine().hasRoom();
-}
-
 void ChatViewController::setupChat() {
     if (resource) resource = resource->substr(0, resource->find(';'));
     participantId = resource;
@@ -33,27 +27,28 @@ void ChatViewController::setupChat() {
     senderId = resource;
     senderDisplayName = engine().getInfoType("name", resource);
     if (!senderDisplayName) senderDisplayName = senderId;
-    engine().me = senderId;
+    if (!isBesideRoom()) engine().me = senderId;
 }
 
 void ChatViewController::chatGet(const std::string& commId) {
     showStatus("Retrieving chat information.");
     const auto progress = platform().progress;
+    // The user may end the chat, or open another one, while it is being opened.
+    const auto opened = whileOpen([this, commId](const Json& response) {
+        createChatRecord(response);
+        chatEnter(commId);
+        connect();
+    });
+    const auto failed = whileOpen([this, commId] { chatGetFailed(commId); });
     support->chatGet(
         commId,
-        [weak = weak(this), progress, commId](const Json& response) {
+        [progress, opened](const Json& response) {
             progress->dismiss();
-            const auto self = weak.lock();
-            // The user may have ended the chat while it was being opened.
-            if (!self || !self->issue) return;
-            self->createChatRecord(response);
-            self->chatEnter(commId);
-            self->connect();
+            opened(response);
         },
-        [weak = weak(this), progress, commId](const Json&) {
+        [progress, failed](const Json&) {
             progress->dismiss();
-            const auto self = weak.lock();
-            if (self && self->issue) self->chatGetFailed(commId);
+            failed();
         });
 }
 
@@ -61,14 +56,21 @@ void ChatViewController::chatGetFailed(const std::string& commId) {
     platform().progress->showError(
         localized("Unable to retrieve chat information. Attempting to retrieve transcripts."));
     isReadOnly = true;
-    getTranscripts(commId);
+    // The list may have been given to a chat of the past meanwhile.
+    if (engine().viewModel->commId == commId) getTranscripts(commId);
 }
 
 void ChatViewController::createChatRecord(const Json& response) {
     chatRecord = std::make_shared<QDConnectChat>(response);
     chatRecord->comm_id = comm_id;
     muc = chatRecord->external_id;
-    engine().setParticipantsEligible(chatRecord->participants_eligible);
+    takeParticipants(*chatRecord);
+}
+
+void ChatViewController::takeParticipants(const QDConnectChat& record) {
+    engine().setParticipantsEligible(record.participants_eligible);
+    // Lines of people who were unknown until now come into view.
+    engine().viewModel->groupMessages();
 }
 
 void ChatViewController::chatEnter(const std::string& commId) {
@@ -90,18 +92,12 @@ void ChatViewController::chatExit(const std::string& commId) {
 void ChatViewController::chatRefreshEligibleParticipants(QuorrandChat& chat) {
     QDChatViewController::chatRefreshEligibleParticipants(chat);
     if (!chatRecord || !chatRecord->comm_id) return;
-    support->chatGet(
-        *chatRecord->comm_id,
-        [weak = weak(this)](const Json& response) {
-            const auto self = weak.lock();
-            if (!self) return;
-            self->engine().setParticipantsEligible(QDConnectChat(response).participants_eligible);
-            self->resetMentionSuggestions();
-            // Lines of people who were unknown until now come into view.
-            self->engine().viewModel->groupMessages();
-            self->refresh();
-        },
-        {});
+    support->chatGet(*chatRecord->comm_id, whileOpen([this](const Json& response) {
+        takeParticipants(QDConnectChat(response));
+        resetMentionSuggestions();
+        refresh();
+    }),
+                     {});
 }
 
 }  // namespace supportsdk

@@ -1,4 +1,5 @@
 #include "supportsdk/chat/ChatViewController.h"
+#include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/chat/QuorrandChatMessage.h"
 #include "supportsdk/core/Fields.h"
 #include "supportsdk/core/LowerCased.h"
@@ -8,6 +9,10 @@ namespace supportsdk {
 void ChatViewController::getTranscripts(const std::string& commId) {
     const auto user = lowerCased("members_users:" + support->identity.membersUsersId.text());
     engine().ignoreParticipantStatus = true;
+    if (holdsRoomLines()) {
+        engine().viewModel->groupMessages();
+        return reloadData();
+    }
     if (!issue || !issue->transcripts) return;
     for (const auto& record : dictionaryForKey(*issue->transcripts, commId)) {
         const auto message = QuorrandChatMessage::createWithTranscript(engine(), record);
@@ -16,6 +21,13 @@ void ChatViewController::getTranscripts(const std::string& commId) {
         addMessage(message);
     }
     reloadData();
+}
+
+/// Back in a chat that has gone on: its lines are here, under other ids than in the transcripts,
+/// and more of them will come.
+bool ChatViewController::holdsRoomLines() const {
+    const auto newest = lastMessage();
+    return newest && newest->isValidMessage;
 }
 
 }  // namespace supportsdk

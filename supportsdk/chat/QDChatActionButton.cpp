@@ -48,19 +48,17 @@ void QDChatActionButton::setup() {
     label = lbl;
     action = uri;
     isSelected = key && holds(chat->selectedActions, *key);
-    updateButtonLook();
-
     const auto emoticon = chat->emoticonsByName.find(label);
     image = emoticon == chat->emoticonsByName.end() ? nullptr
                                                     : chat->imageForEmoticon(emoticon->second);
     if (image) {
         size = emoticonSize;
-        return;
+    } else {
+        attributedString = attributedStringFromChatMessage(*chat, label);
+        attributedString.fontSize = titleFontSize;
+        size = calculateButtonSizeWithText(attributedString, titleFontSize);
     }
-    attributedString = attributedStringFromChatMessage(*chat, label);
-    attributedString.fontSize = titleFontSize;
-    attributedString.color = chat->appearance.chatActionButtonTextColor;
-    size = calculateButtonSizeWithText(attributedString, titleFontSize);
+    updateButtonLook();
 }
 
 void QDChatActionButton::performAction() {
@@ -83,6 +81,7 @@ void QDChatActionButton::updateButtonLook() {
     const auto& look = chat->appearance;
     backgroundColor = opaque(isSelected ? look.localColor : look.chatActionButtonBackgroundColor);
     borderColor = look.chatActionButtonBorderColor;
+    attributedString.color = look.chatActionButtonTextColor;
     selectedTextColor_ = look.chatActionButtonSelectedTextColor;
 }
 

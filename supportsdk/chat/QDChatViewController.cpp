@@ -50,12 +50,18 @@ void QDChatViewController::viewDidDisappear() {
 void QDChatViewController::connect() {
     resetMentionSuggestions();
     showOpeningStatus("Connecting to chat server");
-    engine_->timeout = timeoutChatConnect;
-    engine_->muc = muc;
-    engine_->nickname = nickname;
-    engine_->me = senderId;
+    if (ownsConversation() && !isBesideRoom()) {
+        engine_->timeout = timeoutChatConnect;
+        engine_->muc = muc;
+        engine_->nickname = nickname;
+        engine_->me = senderId;
+    }
     reloadData();
     engine_->connect();
+}
+
+bool QDChatViewController::isBesideRoom() const {
+    return isReadOnly && engine_->hasRoom();
 }
 
 void QDChatViewController::disconnect() {

@@ -55,6 +55,8 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     void applicationWillBecomeActive() { engine_->connect(); }
     void applicationDidBecomeActive() {}
 
+    /// Connects, and joins the room of this screen; or of the chat that the engine is at, where
+    /// that is another one.
     void connect();
     void disconnect();
     /// Leaves the room.
@@ -94,6 +96,8 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     /// An alert with the host application's name above `message`.
     void warn(const std::string& message);
     void alertWithTitle(const std::string& alertTitle, const std::string& message);
+    /// Tells the person why a line has not gone out. True when it has.
+    static bool reportUnsent(const Platform& platform, ChatSend outcome);
 
     void chatDidConnect(QuorrandChat& chat, const ChatError& error) override;
     void chatDidFailToConnect(QuorrandChat& chat, const ChatError& error) override;
@@ -155,6 +159,12 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
 
     /// A line has come: a chance to look after what it may have changed.
     virtual void handleIssueRefresh() {}
+    /// Whether the engine is at the conversation of this screen: a screen that was left may live on
+    /// while another chat is open. True also beside a chat of the past.
+    [[nodiscard]] virtual bool ownsConversation() const { return true; }
+    /// A chat that is read and no more, while the engine keeps the room of a live one: it must find
+    /// back there with its own credentials.
+    [[nodiscard]] bool isBesideRoom() const;
 
     [[nodiscard]] const Platform& platform() const { return *engine_->platform; }
     [[nodiscard]] std::string localized(const std::string& english) const;
@@ -166,7 +176,8 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     void dismissOwnProgress() const;
     /// A text about opening the chat, unless `silent`.
     void showOpeningStatus(const std::string& english) const;
-    /// Sends a line. False, and the person is told why, when it does not go out.
+    /// Sends a line to the room of this screen. False, and the person is told why, when it does not
+    /// go out.
     bool sendLine(const std::string& text, bool sendOnly);
     /// This screen, for a callback that may outlive it.
     template <typename Screen>

@@ -37,18 +37,26 @@ void QDChatViewController::send() {
 }
 
 bool QDChatViewController::sendLine(const std::string& text, bool sendOnly) {
-    switch (engine_->sendGroupchatMessage(text, sendOnly)) {
+    return reportUnsent(platform(), ownsConversation()
+                                        ? engine_->sendGroupchatMessage(text, sendOnly)
+                                        : ChatSend::offline);
+}
+
+bool QDChatViewController::reportUnsent(const Platform& platform, ChatSend outcome) {
+    const auto tell = [&platform](const std::string& english) {
+        platform.progress->showError(platform.localizer->localized(english));
+    };
+    switch (outcome) {
         case ChatSend::sent:
         case ChatSend::empty:
             return true;
         case ChatSend::tooLong:
-            platform().progress->showError(localized("Your message is too long to be sent."));
+            tell("Your message is too long to be sent.");
             return false;
         case ChatSend::offline:
             break;
     }
-    platform().progress->showError(
-        localized("You are not connected. Your message has not been sent."));
+    tell("You are not connected. Your message has not been sent.");
     return false;
 }
 
@@ -61,7 +69,8 @@ void QDChatViewController::chatDidNotSend(QuorrandChat& /*chat*/,
 }
 
 void QDChatViewController::putBack(const std::vector<std::string>& texts) {
-    if (entryView && entryView->text().empty()) {
+    // Nobody would find it in the bar of a screen that has been left.
+    if (!hasLeftView_ && entryView && entryView->text().empty()) {
         entryView->setText(joined(texts));
     } else {
         warn(localized("Your message has not been sent.") + "\n\n" + joined(texts));

@@ -94,19 +94,41 @@ TEST_F(ChatAttachment, WhoLeavesMeanwhileIsLeftAlone) {
     EXPECT_EQ(requests("/chat/filePut"), 1) << "the chat has ended";
     EXPECT_THAT(fakes.progress->shown.back(), testing::Not(testing::StartsWith("error")));
 
-    for (const bool isUploading : {false, true}) {
-        openAndJoin();
-        screen->attach();
-        if (isUploading) {
-            fakes.photoChooser->answer({photo(1, 1)});
-            screen.reset();
-        } else {
-            screen.reset();
-            fakes.photoChooser->answer({photo(1, 1)});
-        }
-        fakes.queue->drain();
-        EXPECT_EQ(requests("/chat/filePut"), 1);
-    }
+    openAndJoin();
+    screen->attach();
+    screen.reset();
+    fakes.photoChooser->answer({photo(1, 1)});
+    fakes.queue->drain();
+    EXPECT_EQ(requests("/chat/filePut"), 1);
+}
+
+TEST_F(ChatAttachment, WhoGoesBackFindsThePicturesInTheirRoomAndInNoOther) {
+    openAndJoin();
+    choose({photo(1, 1), photo(1, 1), photo(1, 1), photo(1, 1)});
+    disappear();
+    screen.reset();
+    const auto arrive = [this](const std::string& line) {
+        answerPut({{"results", {{{"url", line}}}}});
+        return wasSent(line);
+    };
+    EXPECT_TRUE(arrive("first"));
+    open();
+    EXPECT_TRUE(arrive("second"));
+    disappear();
+    open(openIssue("c2"));
+    EXPECT_FALSE(arrive("third"));
+    EXPECT_EQ(fakes.progress->shown.back(),
+              "error You are not connected. Your message has not been sent.");
+    EXPECT_EQ(requests("/chat/filePut"), 3);
+
+    const std::weak_ptr<Support> kit = support;
+    screen.reset();
+    open();
+    join();
+    choose({photo(1, 1)});
+    screen.reset();
+    support.reset();
+    EXPECT_TRUE(kit.expired()) << "an upload keeps nobody";
 }
 
 }  // namespace

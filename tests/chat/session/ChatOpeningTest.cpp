@@ -1,3 +1,4 @@
+#include "supportsdk/chat/QDChatActionButton.h"
 #include "supportsdk/chat/QDChatCollectionView.h"
 #include "supportsdk/theme/Appearance.h"
 #include "tests/chat/session/ChatSessionFixture.h"
@@ -89,21 +90,54 @@ TEST_F(ChatSession, ALiveChatKeepsItsLinesAndItsRoomWhileOneOfThePastIsRead) {
     disappear();
     auto past = withTranscripts();
     past["comm_id"] = "c0";
-    past["xmpp_data"] = credentialBlock({{"jid", "other@chat.test/kit"}, {"password", "x"}});
+    past["xmpp_data"] = credentialBlock(
+        {{"jid", "other@chat.test/kit"}, {"password", "x"}, {"resource", "users:8"}});
     past["transcripts"] = {{"c0", past["transcripts"]["c1"]}};
     open(past, true);
     receive("second");
     EXPECT_THAT(lines(), ElementsAre("me: help", "they: sure"));
     EXPECT_EQ(support->chat->jid, "u7@chat.test/kit");
+    stream().end(XmppLoss::lost);
+    fakes.queue->advance(30s);
+    fakes.presenter->choose("Retry");
+    EXPECT_EQ(support->chat->muc, "room@rooms.test");
+    EXPECT_EQ(support->chat->me, "users:7");
     disappear();
 
-    stream().end(XmppLoss::lost);
-    fakes.queue->drain();
     join();
     receive("third");
     EXPECT_THAT(lines(), ElementsAre("me: help", "they: sure"));
+    past.erase("xmpp_data");
+    open(past);
+    EXPECT_THAT(lines(), IsEmpty());
+    open(withTranscripts());
+    const auto all = ElementsAre("they: first", "they: second", "they: third");
+    EXPECT_THAT(lines(), all);
+    answer("/chat/get/c1", Json::object(), 500);
+    EXPECT_TRUE(screen->isReadOnly);
+    EXPECT_THAT(lines(), all) << "each of them once";
+}
+
+TEST_F(ChatSession, AScreenThatWasLeftTouchesNoOtherChat) {
     open();
-    EXPECT_THAT(lines(), ElementsAre("they: first", "they: second", "they: third"));
+    disappear();
+    open(openIssue("c2"));
+    answerChatGet();
+    EXPECT_EQ(requests("/chat/enter"), 0) << "it would join its room into the other's list";
+
+    const Json other = {{"external_id", "other@rooms.test"},
+                        {"participants_eligible", {{"agent:9", Json::object()}}}};
+    answer("/chat/get/c2", other);
+    screen->chatRefreshEligibleParticipants(*support->chat);
+    disappear();
+    const auto left = screen;
+    open();
+    answerChatGet();
+    answer("/chat/get/c2", other);
+    left->connect();
+    EXPECT_TRUE(support->chat->isParticipant("agent:1"));
+    EXPECT_FALSE(support->chat->isParticipant("agent:9"));
+    EXPECT_EQ(support->chat->muc, "room@rooms.test");
 }
 
 TEST_F(ChatSession, TimeOutOffersAnotherAttempt) {
@@ -144,7 +178,10 @@ TEST_F(ChatSession, GivesTheThemesColoursToTheEngine) {
     fakes.traits->systemColors["labelColor"] = colorFromRGB(0xEEEEEE);
     fakes.traits->systemColors["systemBackgroundColor"] = colorFromRGB(0x111111);
     support->appearance->configureDefaultColors();
-    open();
+    openAndJoin();
+    receive(
+        Json{{"secret", QuorrandChatMessage::MD5("plain")}, {"actions", {{{"lbl", "Go"}}}}}.dump());
+    const auto button = screen->lastMessage()->chatActionButtons.front();
     const auto& look = support->chat->appearance;
     EXPECT_EQ(look.labelColor, colorFromRGB(0xEEEEEE)) << "the theme has no colour for text";
     EXPECT_EQ(look.backgroundColor, colorFromRGB(0x111111));
@@ -152,8 +189,10 @@ TEST_F(ChatSession, GivesTheThemesColoursToTheEngine) {
     EXPECT_TRUE(support->chat->hideTextEntryAccessoryView);
     disappear();
     support->appearance->configureWithSettings(
-        {{"colors", {{"textColor", "#010203"}, {"chatNavBarColor", "#040506"}}}});
+        {{"colors",
+          {{"textColor", "#010203"}, {"chatNavBarColor", "#040506"}, {"buttonColor", "#070809"}}}});
     appear();
+    EXPECT_EQ(button->title().color, colorFromRGB(0x070809)) << "it can be pressed still";
     EXPECT_EQ(look.labelColor, colorFromRGB(0x010203));
     EXPECT_EQ(look.timeStampColor, colorFromRGB(0x010203));
     EXPECT_EQ(look.chatNavigationBarBackgroundColor, colorFromRGB(0x040506));

@@ -61,10 +61,10 @@ class ChatSession : public testing::Test {
         return base64Encode(ciphertext);
     }
 
-    static Json openIssue() {
+    static Json openIssue(const std::string& conversation = "c1") {
         return {{"id", "55"},
                 {"status", 1},
-                {"comm_id", "c1"},
+                {"comm_id", conversation},
                 {"xmpp_data", credentialBlock({{"jid", "u7@chat.test/kit"},
                                                {"password", "pw"},
                                                {"host", "127.0.0.1"},

@@ -63,6 +63,11 @@ TEST_F(ChatSession, LinesThatNeverArrivedComeBack) {
     told({"three"});
     EXPECT_EQ(bar.text(), "one\n{\"typed\": 1}\ntwo") << "what is being typed stays";
     EXPECT_EQ(fakes.presenter->alerts.back().message, "Your message has not been sent.\n\nthree");
+    bar.setText("");
+    disappear();
+    told({"four"});
+    EXPECT_EQ(bar.text(), "") << "nobody looks at this bar any more";
+    EXPECT_EQ(fakes.presenter->alerts.back().message, "Your message has not been sent.\n\nfour");
 }
 
 TEST_F(ChatSession, BurstOfLinesIsOneReload) {
@@ -91,6 +96,13 @@ TEST_F(ChatSession, StrangerIsShownOnceTheServiceKnowsHim) {
     const int before = picture->reloads;
     fakes.queue->advance(1s);
     EXPECT_EQ(picture->reloads, before + 1);
+
+    receive("and I?", "agent:3");
+    disappear();
+    open();
+    answer("/chat/get/c1", {{"external_id", "room@rooms.test"},
+                            {"participants_eligible", {{"agent:3", Json::object()}}}});
+    EXPECT_THAT(lines(), ElementsAre("they: and I?"));
 }
 
 TEST_F(ChatSession, ButtonAddressesAreFollowedBySchemeExactly) {
