@@ -9,6 +9,8 @@ namespace {
 
 /// Long enough for a burst of lines to arrive, too short to notice.
 constexpr std::chrono::milliseconds reloadDelay{10};
+/// For a room that never pauses that long.
+constexpr std::chrono::milliseconds longestReloadDelay{250};
 constexpr std::chrono::seconds refreshDuration{1};
 
 }  // namespace
@@ -97,11 +99,17 @@ void QDChatViewController::reloadData() {
 }
 
 void QDChatViewController::startReloadTimer() {
-    stopReloadTimer();
-    if (!isReadOnly && !engine_->isRoomJoined()) return;
-    reloadTimer_ = platform().mainQueue->after(reloadDelay, [weak = weak(this)] {
-        if (const auto self = weak.lock()) self->reloadData();
-    });
+    if (!isReadOnly && !engine_->isRoomJoined()) return stopReloadTimer();
+    const auto reload = [weak = weak(this)] {
+        if (const auto self = weak.lock()) self->resetChat();
+    };
+    reloadTimer_ = platform().mainQueue->after(reloadDelay, reload);
+    if (!reloadDeadline_) reloadDeadline_ = platform().mainQueue->after(longestReloadDelay, reload);
+}
+
+void QDChatViewController::stopReloadTimer() {
+    reloadTimer_.reset();
+    reloadDeadline_.reset();
 }
 
 void QDChatViewController::addMessage(const std::shared_ptr<QuorrandChatMessage>& message) {

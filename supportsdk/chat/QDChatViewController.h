@@ -89,9 +89,10 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     /// Does nothing: whether the room is joined shows when a line is sent.
     void checkRoomStatus() {}
 
-    /// Many lines that come at once cause one reload.
+    /// Many lines that come at once cause one reload; those that come without a pause one every
+    /// 0.25 seconds.
     void startReloadTimer();
-    void stopReloadTimer() { reloadTimer_.reset(); }
+    void stopReloadTimer();
 
     /// An alert with the host application's name above `message`.
     void warn(const std::string& message);
@@ -109,6 +110,7 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     void chatDidLoadPictures(QuorrandChat& chat) override;
     void chatDidReceiveMessage(QuorrandChat& chat,
                                const std::shared_ptr<QuorrandChatMessage>& message) override;
+    void chatDidUpdateMessages(QuorrandChat& chat) override;
     void chatDidJoinRoom(QuorrandChat& chat, const std::shared_ptr<XmppRoom>& room,
                          const ChatError& error) override;
     void chatDidLeaveRoom(QuorrandChat& chat, const std::shared_ptr<XmppRoom>& room,
@@ -192,6 +194,8 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     bool hasLeftView_ = false;
     bool areSuggestionsInView_ = false;
     Registration reloadTimer_;
+    /// From the first line that is not shown yet.
+    Registration reloadDeadline_;
     Registration refreshTimer_;
 };
 

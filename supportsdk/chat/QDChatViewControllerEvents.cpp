@@ -13,9 +13,10 @@ std::string withDescription(std::string text, const ChatError& error) {
 
 }  // namespace
 
-void QDChatViewController::chatDidConnect(QuorrandChat& /*chat*/, const ChatError& /*error*/) {
+void QDChatViewController::chatDidConnect(QuorrandChat& chat, const ChatError& /*error*/) {
     dismissOwnProgress();
-    showOpeningStatus("Joining room");
+    // Who has left meanwhile is not taken back in: nothing would end the text.
+    if (chat.isRoomWanted()) showOpeningStatus("Joining room");
 }
 
 void QDChatViewController::chatDidFailToConnect(QuorrandChat& chat, const ChatError& error) {
@@ -77,6 +78,10 @@ void QDChatViewController::chatDidReceiveMessage(QuorrandChat& chat, const Messa
 }
 
 void QDChatViewController::chatDidLoadPictures(QuorrandChat& /*chat*/) {
+    startReloadTimer();
+}
+
+void QDChatViewController::chatDidUpdateMessages(QuorrandChat& /*chat*/) {
     startReloadTimer();
 }
 

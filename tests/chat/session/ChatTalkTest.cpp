@@ -82,6 +82,18 @@ TEST_F(ChatSession, BurstOfLinesIsOneReload) {
     EXPECT_EQ(picture->reloads, before);
     fakes.queue->advance(1s);
     EXPECT_EQ(picture->reloads, before + 1);
+    for (int i = 0; i < 100; ++i) {
+        receive("a room that never pauses");
+        fakes.queue->advance(5ms);
+    }
+    EXPECT_EQ(picture->reloads, before + 3) << "after 250 ms, and after 500";
+    stream().end(XmppLoss::lost);
+    join();
+    fakes.queue->advance(1s);
+    const int healed = picture->reloads;
+    stream().receive("<message type='groupchat' from='room@rooms.test'><subject/></message>");
+    fakes.queue->advance(1s);
+    EXPECT_EQ(picture->reloads, healed + 1) << "the old lines are back, and no new one came";
 
     answer("/issues/55", {{"results", {{{"id", "55"}, {"status", 7}}}}});
     EXPECT_EQ(support->rateableIssueId, "55");
