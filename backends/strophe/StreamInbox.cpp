@@ -8,9 +8,11 @@ namespace supportsdk {
 namespace {
 
 constexpr std::size_t capacity = 512;
+constexpr std::size_t byteCapacity = std::size_t{4} << 20U;
 
 // Reading goes on before all is handled, or one of the two threads would always wait.
 constexpr std::size_t resumeAt = capacity / 2;
+constexpr std::size_t resumeAtBytes = byteCapacity / 2;
 
 // A chat line takes some microseconds: with so many, a host that draws 60 times a second does not
 // notice.
@@ -20,12 +22,18 @@ constexpr std::size_t fewEvents = 8;
 
 }  // namespace
 
+std::size_t memoryOf(const StreamEvent& event) {
+    const auto* stanza = std::get_if<std::shared_ptr<const Stanza>>(&event);
+    return stanza ? (*stanza)->memory() : 0;
+}
+
 StreamInbox::StreamInbox(std::shared_ptr<MainQueue> queue, std::function<void(StreamEvent)> handler,
                          std::function<void()> drained)
     : queue_(std::move(queue)), handler_(std::move(handler)), drained_(std::move(drained)) {}
 
 void StreamInbox::add(StreamEvent event) {
     ++pending_;
+    pendingBytes_ += memoryOf(event);
     std::unique_lock lock(mutex_);
     waiting_.push_back(std::move(event));
     postIfNeeded(std::move(lock));
@@ -34,6 +42,7 @@ void StreamInbox::add(StreamEvent event) {
 void StreamInbox::add(std::vector<StreamEvent>& events) {
     Events handled;
     pending_ += events.size();
+    for (const auto& event : events) pendingBytes_ += memoryOf(event);
     std::unique_lock lock(mutex_);
     handled.swap(handled_);
     if (events.empty()) return;
@@ -51,7 +60,7 @@ void StreamInbox::postIfNeeded(std::unique_lock<std::mutex> lock) {
 }
 
 bool StreamInbox::isFull() const {
-    return pending_ >= capacity;
+    return pending_ >= capacity || pendingBytes_ >= byteCapacity;
 }
 
 bool StreamInbox::refill() {
@@ -89,8 +98,12 @@ void StreamInbox::deliver() {
         // A copy, because the handler's loop may get to the end of the others.
         auto event = current_[next_++];
         const auto left = --pending_;
+        const auto bytes = memoryOf(event);
+        const auto bytesBefore = pendingBytes_.fetch_sub(bytes);
+        const bool hasRoomAgain = left == resumeAt || (bytesBefore >= resumeAtBytes &&
+                                                       bytesBefore - bytes < resumeAtBytes);
         handler_(std::move(event));
-        if (left == resumeAt && !closed_) drained_();
+        if (hasRoomAgain && !closed_) drained_();
     }
     if (!closed_ && next_ == current_.size()) giveBack();
 }

@@ -19,6 +19,9 @@ struct StreamAuthenticated {
 };
 using StreamEvent = std::variant<StreamAuthenticated, std::shared_ptr<const Stanza>, XmppStreamEnd>;
 
+/// Bytes that the stanza of an event takes, about; 0 without one.
+[[nodiscard]] std::size_t memoryOf(const StreamEvent& event);
+
 /// Carries what happens on the stream's thread to the main thread, in order: many events with one
 /// post, but never so many that the host's other work waits long.
 class StreamInbox : public std::enable_shared_from_this<StreamInbox> {
@@ -34,7 +37,8 @@ class StreamInbox : public std::enable_shared_from_this<StreamInbox> {
     /// called now and then with none, too. The stream's thread.
     void add(std::vector<StreamEvent>& events);
 
-    /// So much waits for the main thread that no more should be read. Any thread.
+    /// So much waits for the main thread, 512 events or 4 MiB, that no more should be read. Any
+    /// thread.
     [[nodiscard]] bool isFull() const;
 
     /// No event is handled any more. Main thread.
@@ -54,6 +58,7 @@ class StreamInbox : public std::enable_shared_from_this<StreamInbox> {
     const std::function<void(StreamEvent)> handler_;
     const std::function<void()> drained_;
     std::atomic<std::size_t> pending_ = 0;
+    std::atomic<std::size_t> pendingBytes_ = 0;
     mutable std::mutex mutex_;
     Events waiting_;
     /// Handled ones, freed by the thread that made them: from another thread that costs more than

@@ -21,6 +21,7 @@ constexpr int roundsToDrain = 6;
 
 // Stanzas handed over at once, at most with those of one step more.
 constexpr std::size_t largestBatch = 128;
+constexpr std::size_t largestBatchBytes = std::size_t{256} << 10U;
 
 // A round on a writable socket writes at least this much.
 constexpr std::size_t leastWrite = 4096;
@@ -136,13 +137,15 @@ StreamFacts StreamThread::stream(const PeerAddress& address, const std::string& 
     options.authorities = authorities;
     options.requireTls = !(setup_.allowClearTextOnLoopback && address.loopback);
 
-    StropheConnection connection(
-        options, guard_,
-        {[this](const std::string& jid) {
-             authenticated_ = true;
-             batch_.emplace_back(StreamAuthenticated{jid});
-         },
-         [this](std::shared_ptr<const Stanza> stanza) { batch_.emplace_back(std::move(stanza)); }});
+    StropheConnection connection(options, guard_,
+                                 {[this](const std::string& jid) {
+                                      authenticated_ = true;
+                                      batch_.emplace_back(StreamAuthenticated{jid});
+                                  },
+                                  [this](std::shared_ptr<const Stanza> stanza) {
+                                      batchBytes_ += stanza->memory();
+                                      batch_.emplace_back(std::move(stanza));
+                                  }});
     if (!setup_.lowDescriptor->release()) {
         StreamFacts facts;
         facts.noDescriptor = true;
@@ -178,7 +181,11 @@ void StreamThread::advance(StropheConnection& connection, int socketEvents) {
     quietRounds_ = connection.hasRead() || readable ? 0 : quietRounds_ + 1;
     // While there is more, a later step will do: waking the main thread costs as much as some
     // lines.
-    if (batch_.size() >= largestBatch || !connection.hasMore()) setup_.inbox->add(batch_);
+    const bool isLarge = batch_.size() >= largestBatch || batchBytes_ >= largestBatchBytes;
+    if (isLarge || !connection.hasMore()) {
+        setup_.inbox->add(batch_);
+        batchBytes_ = 0;
+    }
     if ((socketEvents & POLLOUT) != 0 && pendingWrites_ > 0) --pendingWrites_;
     if (connection.facts().connected && !closing_) giveUpAt_.reset();
 }

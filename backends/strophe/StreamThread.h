@@ -62,6 +62,7 @@ class StreamThread {
     // Of the thread itself, while it drives a connection:
     /// What the last steps have brought and the inbox does not have yet.
     std::vector<StreamEvent> batch_;
+    std::size_t batchBytes_ = 0;
     bool authenticated_ = false;
     int quietRounds_ = 0;
     std::size_t pendingWrites_ = 0;

@@ -50,6 +50,9 @@ class Stanza {
     /// All text directly inside the child; nothing when there is no such child.
     [[nodiscard]] std::optional<std::string> childText(std::string_view name) const;
 
+    /// Bytes that a received one takes, about, until somebody asks for its tree; 0 of others.
+    [[nodiscard]] std::size_t memory() const { return outline_ ? outline_->memory() : 0; }
+
     /// Compact XML without a declaration.
     [[nodiscard]] std::string xml() const;
 

@@ -18,6 +18,10 @@ class Stanza;
 class StanzaOutline {
  public:
     [[nodiscard]] const std::string& xml() const { return xml_; }
+    /// In bytes, about.
+    [[nodiscard]] std::size_t memory() const {
+        return xml_.size() + decoded_.size() + notes_.size() * sizeof(Note);
+    }
     [[nodiscard]] std::string_view name() const { return view(name_); }
     [[nodiscard]] std::optional<std::string_view> attribute(std::string_view name) const;
     /// The first child element of that name and namespace ("" for any); null when there is none.

@@ -1,5 +1,7 @@
 #include "backends/strophe/StropheStream.h"
 
+#include "backends/strophe/StreamInbox.h"
+
 #include "tests/backends/strophe/StreamFixture.h"
 
 namespace supportsdk::test {
@@ -80,6 +82,29 @@ TEST_F(StropheStreamTest, AMainThreadThatSleepsGetsEverythingAfterwards) {
     // An answer of the server behind the flood shows that all of it is on its way.
     ASSERT_TRUE(server->control().occupants(server->room("r")));
     EXPECT_TRUE(queue->pumpUntil([&] { return ann->received.size() == lines.size(); }));
+}
+
+TEST(StreamInbox, HoldsFewLongStanzas) {
+    const auto queue = std::make_shared<LoopMainQueue>();
+    std::size_t handled = 0;
+    std::size_t handledWhenDrained = 0;
+    const auto inbox = std::make_shared<StreamInbox>(
+        queue, [&](const auto&) { ++handled; },
+        [&] {
+            if (handledWhenDrained == 0) handledWhenDrained = handled;
+        });
+    StanzaBuilder builder;
+    std::size_t added = 0;
+    for (; !inbox->isFull() && added < 512; ++added) {
+        builder.open("message");
+        builder.text(std::string(200'000, 'x'));
+        builder.close();
+        inbox->add(builder.finish());
+    }
+    EXPECT_EQ(added, 21) << "4 MiB";
+    EXPECT_TRUE(queue->pumpUntil([&] { return handled == added; }));
+    EXPECT_EQ(handledWhenDrained, 11) << "reading goes on when half of it is handled";
+    EXPECT_FALSE(inbox->isFull());
 }
 
 TEST_F(StropheStreamTest, WhatIsQueuedIsSentBeforeTheEnd) {
