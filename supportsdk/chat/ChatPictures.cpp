@@ -34,6 +34,9 @@ bool isSamePicture(const ImagePtr& one, const Image& other) {
 
 }  // namespace
 
+ChatPictures::ChatPictures() = default;
+ChatPictures::~ChatPictures() = default;
+
 ImagePtr ChatPictures::avatarPlaceholder(const QuorrandChat& chat) {
     if (!avatarPlaceholder_) {
         const auto image = chat.imageForResource("user-placeholder-round.png");
@@ -51,29 +54,32 @@ void ChatPictures::loadAvatar(QuorrandChat& chat, const std::string& address,
                               std::shared_ptr<QuorrandChatMessage> line) {
     auto& lines = avatars_[address];
     lines.push_back(std::move(line));
-    if (lines.size() == 1) load(chat, address, makeAvatar, &ChatPictures::avatarDidArrive);
+    if (lines.size() > 1) return;
+    load(chat.imageLoader(), chat, address, makeAvatar, &ChatPictures::avatarDidArrive);
 }
 
 void ChatPictures::loadPreview(QuorrandChat& chat, const std::string& address,
                                std::shared_ptr<QuorrandChatMessage> line) {
+    if (previews_.size() >= maximumWaitingPreviews && !previews_.contains(address)) return;
     auto& lines = previews_[address];
     lines.push_back(std::move(line));
-    if (lines.size() == 1) load(chat, address, makePreview, &ChatPictures::previewDidArrive);
+    if (lines.size() > 1) return;
+    if (!previewLoader_) previewLoader_ = std::make_unique<ImageLoader>(chat.platform);
+    load(*previewLoader_, chat, address, makePreview, &ChatPictures::previewDidArrive);
 }
 
-void ChatPictures::load(QuorrandChat& chat, const std::string& address, Shape shape,
-                        Arrival arrival) {
+void ChatPictures::load(ImageLoader& loader, QuorrandChat& chat, const std::string& address,
+                        Shape shape, Arrival arrival) {
     const auto arrive = [weak = chat.weak_from_this(), address, arrival](const ImagePtr& image) {
         if (const auto engine = weak.lock()) (engine->pictures().*arrival)(*engine, address, image);
     };
-    chat.imageLoader().load(
-        address, [arrive, shape, platform = chat.platform](const ImagePtr& image) {
-            if (!image) return arrive(nullptr);
-            platform->backgroundQueue->post(
-                [arrive, shape, image, images = platform->images, queue = platform->mainQueue] {
-                    queue->post([arrive, shaped = shape(*images, *image)] { arrive(shaped); });
-                });
-        });
+    loader.load(address, [arrive, shape, platform = chat.platform](const ImagePtr& image) {
+        if (!image) return arrive(nullptr);
+        platform->backgroundQueue->post(
+            [arrive, shape, image, images = platform->images, queue = platform->mainQueue] {
+                queue->post([arrive, shaped = shape(*images, *image)] { arrive(shaped); });
+            });
+    });
 }
 
 std::vector<std::shared_ptr<QuorrandChatMessage>> ChatPictures::takeLines(

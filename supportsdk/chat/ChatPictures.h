@@ -11,6 +11,7 @@
 
 namespace supportsdk {
 
+class ImageLoader;
 class QuorrandChat;
 class QuorrandChatMessage;
 
@@ -23,6 +24,12 @@ class ChatPictures {
     /// Avatars are drawn at 50 points; more pixels than these on a side are not kept.
     static constexpr std::uint32_t maximumAvatarSide = 100;
     static constexpr std::uint32_t previewSide = 100;
+    /// Strangers choose the addresses of previews, and some servers never answer: beyond so many
+    /// that wait, a line keeps what stands for its preview.
+    static constexpr std::size_t maximumWaitingPreviews = 256;
+
+    ChatPictures();
+    ~ChatPictures();
 
     /// Null where the kit's resources lack it.
     ImagePtr avatarPlaceholder(const QuorrandChat& chat);
@@ -44,12 +51,15 @@ class ChatPictures {
     using Arrival = void (ChatPictures::*)(QuorrandChat& chat, const std::string& address,
                                            const ImagePtr& image);
 
-    static void load(QuorrandChat& chat, const std::string& address, Shape shape, Arrival arrival);
+    static void load(ImageLoader& loader, QuorrandChat& chat, const std::string& address,
+                     Shape shape, Arrival arrival);
     static std::vector<std::shared_ptr<QuorrandChatMessage>> takeLines(Waiting& waiting,
                                                                        const std::string& address);
     void avatarDidArrive(QuorrandChat& chat, const std::string& address, const ImagePtr& image);
     void previewDidArrive(QuorrandChat& chat, const std::string& address, const ImagePtr& image);
 
+    /// Apart from the one for avatars, so that previews hold up no avatar.
+    std::unique_ptr<ImageLoader> previewLoader_;
     Waiting avatars_;
     Waiting previews_;
     std::optional<ImagePtr> avatarPlaceholder_;

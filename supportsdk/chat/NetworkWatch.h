@@ -7,7 +7,8 @@
 
 namespace supportsdk {
 
-/// Tells when the way to the Internet is there again, or is another one. Sleeps between changes.
+/// Tells when the way to the Internet is there again, or has become one of another kind (another
+/// route of the same kind is not told). Sleeps between changes.
 /// Main thread; `changed` comes there too, and not after this object is destroyed.
 class NetworkWatch {
  public:

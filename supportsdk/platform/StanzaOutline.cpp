@@ -57,12 +57,15 @@ std::optional<std::string_view> StanzaOutline::attribute(std::string_view name) 
 }
 
 StanzaOutline::Child StanzaOutline::child(std::string_view name, std::string_view xmlns) const {
+    // Looked up once at most: a stanza may have thousands of attributes and children.
+    std::optional<std::string_view> inherited;
     for (std::size_t at = 0; at < notes_.size(); ++at) {
         if (notes_[at].kind != Kind::element || view(notes_[at].name) != name) continue;
         const Child found{this, at};
         if (xmlns.empty()) return found;
         const auto own = found.attribute("xmlns");
-        if ((own ? *own : attribute("xmlns").value_or("")) == xmlns) return found;
+        if (!own && !inherited) inherited = attribute("xmlns").value_or("");
+        if ((own ? *own : *inherited) == xmlns) return found;
     }
     return {};
 }
