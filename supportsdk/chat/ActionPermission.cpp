@@ -1,18 +1,25 @@
 #include "supportsdk/chat/ActionPermission.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 #include <string_view>
-
-#include "supportsdk/core/Fields.h"
 
 namespace supportsdk {
 
 namespace {
 
-std::optional<std::int64_t> bits(const Json& value) {
-    if (!value.is_number() && !value.is_boolean()) return std::nullopt;
-    return integerForKey(Json{{"bits", value}}, "bits");
+/// Nothing for a number of more than 64 bits: cut to them it would hold all of them, and grant.
+std::optional<std::uint64_t> bits(const Json& value) {
+    constexpr double lowest = -9223372036854775808.0;
+    constexpr double tooLarge = 18446744073709551616.0;
+    if (value.is_boolean()) return value.get<bool>() ? 1 : 0;
+    if (value.is_number_unsigned()) return value.get<std::uint64_t>();
+    if (value.is_number_integer()) return static_cast<std::uint64_t>(value.get<std::int64_t>());
+    const auto* number = value.get_ptr<const double*>();
+    if (!number || !(*number >= lowest && *number < tooLarge)) return std::nullopt;
+    return *number < 0 ? static_cast<std::uint64_t>(static_cast<std::int64_t>(*number))
+                       : static_cast<std::uint64_t>(*number);
 }
 
 bool holds(const Json& names, std::string_view wanted) {
