@@ -124,8 +124,10 @@ TEST_F(ChatAttachment, WhoGoesBackFindsThePicturesInTheirRoomAndInNoOther) {
     const std::weak_ptr<Support> kit = support;
     screen.reset();
     open();
-    join();
+    answerChatGet();
+    enterRoom();
     choose({photo(1, 1)});
+    EXPECT_EQ(requests("/chat/filePut"), 4);
     screen.reset();
     support.reset();
     EXPECT_TRUE(kit.expired()) << "an upload keeps nobody";

@@ -100,6 +100,9 @@ class ChatSession : public testing::Test {
     }
     void join() {
         stream().authenticate();
+        enterRoom();
+    }
+    void enterRoom() const {
         stream().receive(
             "<presence from='room@rooms.test/users:7'><x xmlns="
             "'http://jabber.org/protocol/muc#user'><status code='110'/></x>"
