@@ -19,10 +19,15 @@ FileName splitFileName(const std::string& name) {
     return {name.substr(0, point), name.substr(point + 1)};
 }
 
-std::string replaceAll(std::string text, const std::string& wanted, const std::string& by) {
-    for (auto at = text.find(wanted); at != std::string::npos; at = text.find(wanted, at))
-        at = text.replace(at, wanted.size(), by).size() == 0 ? 0 : at + by.size();
-    return text;
+/// Into a new text: in place, each one would move all that stands behind it.
+std::string replaceAll(const std::string& text, const std::string& wanted, const std::string& by) {
+    std::string replaced;
+    std::size_t done = 0;
+    for (auto at = text.find(wanted); at != std::string::npos; at = text.find(wanted, done)) {
+        replaced.append(text, done, at - done).append(by);
+        done = at + wanted.size();
+    }
+    return replaced.append(text, done);
 }
 
 /// Only GIFs move.
@@ -110,7 +115,7 @@ std::optional<std::string> QuorrandChat::htmlStringWithEmoticonsFromChatMessage(
     bool replaced = false;
     for (const auto& key : emoticonKeys) {
         if (!key.starts_with('(') || html.find(key) == std::string::npos) continue;
-        html = replaceAll(std::move(html), key, getImgTagForImageName(emoticonsByName.at(key)));
+        html = replaceAll(html, key, getImgTagForImageName(emoticonsByName.at(key)));
         replaced = true;
     }
     if (!replaced) return std::nullopt;

@@ -192,6 +192,8 @@ bool QuorrandChat::fits(const Stanza& stanza) const {
 
 void QuorrandChat::echo(const std::shared_ptr<const Stanza>& stanza, const std::string& text) {
     const auto line = QuorrandChatMessage::createWithXMPPMessage(*this, stanza);
+    // Built from what the line says, before the engine's own words stand in its place.
+    (void)line->attributedString();
     line->from = nickname;
     line->fromName = getInfoType("name", nickname);
     line->type = "groupchat";

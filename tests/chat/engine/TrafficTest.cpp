@@ -13,14 +13,16 @@ TEST_F(Engine, echoesASentLineAndListsItWhenTheRoomReflectsIt) {
     join();
     EXPECT_TRUE(chat->firstUse);
     EXPECT_EQ(chat->sendGroupchatMessage("hel\x01"
-                                         "lo",
+                                         "lo ",
                                          false),
               ChatSend::sent);
     EXPECT_FALSE(chat->firstUse);
     const auto sent = stream().sent.back();
     EXPECT_THAT(sent, testing::MatchesRegex("<message id=\"[0-9A-F-]{36}\" to=\"help@rooms.test\" "
-                                            "type=\"groupchat\"><body>hello</body></message>"));
+                                            "type=\"groupchat\"><body>hello </body></message>"));
     ASSERT_EQ(delegate->lines.size(), 1U);
+    EXPECT_EQ(delegate->lines[0]->message(), "hello");
+    EXPECT_EQ(delegate->lines[0]->text, "hello ");
     EXPECT_EQ(delegate->lines[0]->from, "members_users:1");
     EXPECT_EQ(delegate->lines[0]->fromName, "Ann");
     EXPECT_TRUE(chat->viewModel->messages().empty());
