@@ -30,7 +30,7 @@ void send(const std::string& xml) {
 }
 
 void read(const Stanza& stanza) {
-    (void)chatState(stanza);
+    (void)chatStates(stanza);
     (void)delayedDeliveryDate(stanza);
     (void)rosterItems(stanza);
     (void)errorCondition(stanza);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "supportsdk/chat/Blanks.h"
 #include "supportsdk/chat/QDExpandingTextView.h"
 #include "supportsdk/chat/QuorrandChat.h"
 #include "supportsdk/core/CaseFolding.h"
@@ -12,9 +13,7 @@ namespace {
 
 /// A blank behind a word does not end it: the word stays the current one until the next begins.
 std::string lastWord(std::string_view text) {
-    const auto first = text.find_first_not_of(" \t");
-    if (first == std::string_view::npos) return "";
-    text = text.substr(first, text.find_last_not_of(" \t") - first + 1);
+    text = withoutOuterBlanks(text);
     const auto blank = text.rfind(' ');
     return std::string(blank == std::string_view::npos ? text : text.substr(blank + 1));
 }

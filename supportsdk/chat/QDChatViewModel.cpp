@@ -42,7 +42,7 @@ void QDChatViewModel::addMessage(const Message& message) {
         forgetHeardLive(*message);
         return;
     }
-    if (message->hasChatState() && !message->hasComposingChatState()) return;
+    if (message->hasChatStateBesidesComposing()) return;
     // Every other line was frozen when its successor came.
     if (!messages_.empty()) freeze(*messages_.back());
     addHistoryEntry(message);

@@ -40,7 +40,7 @@ class SUPPORTSDK_API QDChatViewModel : public std::enable_shared_from_this<QDCha
     // --- Lines ---
 
     /// Takes a line, freezes the buttons of the earlier ones, adds it to the local history and
-    /// regroups; drops a duplicate, and a line whose chat state is other than composing. Takes
+    /// regroups; drops a duplicate, and a line with a chat state besides composing. Takes
     /// constant time for a line that is the newest by date too. Null is ignored.
     void addMessage(const Message& message);
     /// Whether a line with the same id is here already.

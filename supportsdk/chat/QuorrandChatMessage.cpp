@@ -1,9 +1,9 @@
 #include "supportsdk/chat/QuorrandChatMessage.h"
 
 #include <algorithm>
-#include <array>
 
 #include "supportsdk/chat/ActionPermission.h"
+#include "supportsdk/chat/Blanks.h"
 #include "supportsdk/chat/ChatDates.h"
 #include "supportsdk/chat/ChatEnvelope.h"
 #include "supportsdk/chat/QuorrandChat.h"
@@ -22,52 +22,8 @@ std::optional<std::string> resourceOf(const std::optional<std::string>& jid) {
     return jid->substr(slash + 1);
 }
 
-/// What Unicode counts as white space or the end of a line, in UTF-8.
-constexpr std::array<std::string_view, 25> blanks{" ",
-                                                  "\t",
-                                                  "\n",
-                                                  "\v",
-                                                  "\f",
-                                                  "\r",
-                                                  "\xC2\x85",
-                                                  "\xC2\xA0",
-                                                  "\xE1\x9A\x80",
-                                                  "\xE2\x80\x80",
-                                                  "\xE2\x80\x81",
-                                                  "\xE2\x80\x82",
-                                                  "\xE2\x80\x83",
-                                                  "\xE2\x80\x84",
-                                                  "\xE2\x80\x85",
-                                                  "\xE2\x80\x86",
-                                                  "\xE2\x80\x87",
-                                                  "\xE2\x80\x88",
-                                                  "\xE2\x80\x89",
-                                                  "\xE2\x80\x8A",
-                                                  "\xE2\x80\xA8",
-                                                  "\xE2\x80\xA9",
-                                                  "\xE2\x80\xAF",
-                                                  "\xE2\x81\x9F",
-                                                  "\xE3\x80\x80"};
-
-std::string_view trimmed(std::string_view text) {
-    const auto isSpecial = [](char byte) {
-        return static_cast<unsigned char>(byte) <= ' ' || static_cast<unsigned char>(byte) >= 0x80;
-    };
-    const auto find = [](auto matches) {
-        return std::find_if(blanks.begin(), blanks.end(), matches);
-    };
-    while (!text.empty() && isSpecial(text.front())) {
-        const auto* blank = find([text](auto wanted) { return text.starts_with(wanted); });
-        if (blank == blanks.end()) break;
-        text.remove_prefix(blank->size());
-    }
-    while (!text.empty() && isSpecial(text.back())) {
-        const auto* blank = find([text](auto wanted) { return text.ends_with(wanted); });
-        if (blank == blanks.end()) break;
-        text.remove_suffix(blank->size());
-    }
-    return text;
-}
+/// A room's stanza has space for a hundred thousand buttons that the user may not press.
+constexpr std::size_t maximumEntries = 5000;
 
 template <typename Field>
 void replaceIfPresent(Field& field, std::optional<std::string> value) {
@@ -129,7 +85,7 @@ void QuorrandChatMessage::readStanza(const Stanza& stanza) {
     fromMention = from;
     text = stanza.childText("body");
     xml = stanza.xml();
-    chatState_ = chatState(stanza);
+    chatStates_ = chatStates(stanza);
     hasStanza_ = true;
     date = delayedDeliveryDate(stanza);
     isDelayed = date.has_value();
@@ -183,7 +139,7 @@ bool QuorrandChatMessage::isGroupChat() const {
 
 bool QuorrandChatMessage::validateMessage() {
     if (!isGroupChat() || !text) return false;
-    if (hasChatState() && !hasComposingChatState()) return false;
+    if (hasChatStateBesidesComposing()) return false;
     auto parsed = parseChatText(*text, showNotifications);
     if (auto* envelope = std::get_if<ChatEnvelope>(&parsed)) readEnvelope(std::move(*envelope));
     return !std::holds_alternative<InvalidChatText>(parsed);
@@ -214,16 +170,17 @@ void QuorrandChatMessage::readActions(Json actions) {
     const auto chat = chat_.lock();
     if (!chat) return;
     buttonActions = Json::array();
+    std::size_t lookedAt = 0;
     for (auto& action : actions) {
+        if (++lookedAt > maximumEntries || buttonActions->size() == maximumActions) {
+            platform_->log->write("a chat line has too many buttons; the rest are left out");
+            return;
+        }
         if (!action.is_object()) continue;
         const auto* permissions = valueForKey(action, "perms");
         // Agents write null to hide a button, and leave the key out to show it to everybody.
         if (permissions && permissions->is_null()) continue;
         if (!isPermitted(permissions)) continue;
-        if (buttonActions->size() == maximumActions) {
-            platform_->log->write("a chat line has too many buttons; the rest are left out");
-            return;
-        }
         if (const auto key = stringForKey(action, "key")) std::erase(chat->selectedActions, *key);
         buttonActions->push_back(std::move(action));
     }
@@ -231,7 +188,8 @@ void QuorrandChatMessage::readActions(Json actions) {
 
 bool QuorrandChatMessage::isPermitted(const Json* permissions) const {
     const auto chat = chat_.lock();
-    return supportsdk::isPermitted(permissions, chat ? chat->userPermissions : std::nullopt);
+    if (!chat) return supportsdk::isPermitted(permissions, std::nullopt);
+    return supportsdk::isPermitted(permissions, chat->userPermissions);
 }
 
 void QuorrandChatMessage::setSenderInformation() {
@@ -245,7 +203,7 @@ void QuorrandChatMessage::setSenderInformation() {
 
 void QuorrandChatMessage::trimText() {
     if (!text) return;
-    const auto kept = trimmed(*text);
+    const auto kept = withoutOuterBlanksAndLineEnds(*text);
     if (kept.size() != text->size()) text = std::string(kept);
 }
 

@@ -28,8 +28,9 @@ enum class ChatMessageType : std::int64_t { CallInvitation, Attachment, Knowledg
 
 /// One line of a chat: a room's message stanza, a transcript record of the service, or a stored
 /// dictionary. Mutable while it is built, and finished once a create operation has returned; after
-/// that only `showNotifications`, `disabled`, its buttons, and the fields that the engine fills in
-/// on a local echo change. Main thread.
+/// that only `showNotifications`, `disabled`, its buttons, its pictures when they have come,
+/// `cellSize`, `isMe` of a transcript line, and the fields that the engine fills in on a local echo
+/// change. Main thread.
 class SUPPORTSDK_API QuorrandChatMessage
     : public std::enable_shared_from_this<QuorrandChatMessage> {
  public:
@@ -53,7 +54,7 @@ class SUPPORTSDK_API QuorrandChatMessage
     /// does not come back.
     static std::shared_ptr<QuorrandChatMessage> createWithArchive(QuorrandChat& chat,
                                                                   const Json& archive);
-    /// More than these in one line are left out: stanzas have room for a hundred thousand.
+    /// Of more than these in one line the first stay: stanzas have room for a hundred thousand.
     static constexpr std::size_t maximumActions = 250;
 
     QuorrandChatMessage(const QuorrandChatMessage&) = delete;
@@ -67,8 +68,8 @@ class SUPPORTSDK_API QuorrandChatMessage
                                                        const std::string& source);
     /// Lower-case hexadecimal MD5 (RFC 1321) of the text up to its first zero byte.
     [[nodiscard]] static std::string MD5(std::string_view text);
-    /// The "message" of a JSON object that has one as text, else the text itself.
-    [[nodiscard]] static std::string preprocessMessage(const std::string& text);
+    /// The "message" of a JSON object, nothing where that is no text; of any other text itself.
+    [[nodiscard]] static std::optional<std::string> preprocessMessage(const std::string& text);
     /// Every "+" becomes a blank, then percent escapes (RFC 3986) are decoded. Nothing when one is
     /// damaged or the outcome is not UTF-8.
     [[nodiscard]] static std::optional<std::string> URLDecodeString(std::string_view text);
@@ -82,12 +83,18 @@ class SUPPORTSDK_API QuorrandChatMessage
     /// lines. A tree for each line of a long chat would be most of its memory.
     [[nodiscard]] std::shared_ptr<const Stanza> xmppMessage() const;
     // Chat states that came with the stanza; all false without one.
-    [[nodiscard]] bool hasChatState() const { return chatState_.has_value(); }
-    [[nodiscard]] bool hasActiveChatState() const { return chatState_ == ChatState::active; }
-    [[nodiscard]] bool hasComposingChatState() const { return chatState_ == ChatState::composing; }
-    [[nodiscard]] bool hasPausedChatState() const { return chatState_ == ChatState::paused; }
-    [[nodiscard]] bool hasInactiveChatState() const { return chatState_ == ChatState::inactive; }
-    [[nodiscard]] bool hasGoneChatState() const { return chatState_ == ChatState::gone; }
+    [[nodiscard]] bool hasChatState() const { return !chatStates_.isEmpty(); }
+    [[nodiscard]] bool hasActiveChatState() const { return chatStates_.has(ChatState::active); }
+    [[nodiscard]] bool hasComposingChatState() const {
+        return chatStates_.has(ChatState::composing);
+    }
+    [[nodiscard]] bool hasPausedChatState() const { return chatStates_.has(ChatState::paused); }
+    [[nodiscard]] bool hasInactiveChatState() const { return chatStates_.has(ChatState::inactive); }
+    [[nodiscard]] bool hasGoneChatState() const { return chatStates_.has(ChatState::gone); }
+    /// Nobody sends words with such a one.
+    [[nodiscard]] bool hasChatStateBesidesComposing() const {
+        return chatStates_.hasBesides(ChatState::composing);
+    }
 
     [[nodiscard]] bool isAttachmentMessage() const { return url && !url->empty(); }
     [[nodiscard]] bool isCallInvitationMessage() const { return callId && !callId->empty(); }
@@ -177,8 +184,8 @@ class SUPPORTSDK_API QuorrandChatMessage
     RareText channel;
     RareText service;
     std::optional<std::string> text;
-    /// When it was sent, seconds cut off except on transcript lines; absent only on a transcript
-    /// line whose record has no readable one.
+    /// When it was sent. Lines that were completed from a stanza or a dictionary have one, with the
+    /// seconds cut off; all others have what was read, or none.
     std::optional<Clock::Time> date;
     std::optional<std::string> xml;
     RareText avatar;
@@ -225,7 +232,7 @@ class SUPPORTSDK_API QuorrandChatMessage
 
     const std::weak_ptr<QuorrandChat> chat_;
     const PlatformPtr platform_;
-    std::optional<ChatState> chatState_;
+    ChatStates chatStates_;
     bool hasStanza_ = false;
     /// Present once the line is complete.
     std::optional<Color> textColor_;

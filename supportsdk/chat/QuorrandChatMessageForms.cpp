@@ -65,9 +65,13 @@ std::optional<Clock::Time> readDate(const Json& dictionary) {
 
 std::optional<Json> storedActions(const Json& dictionary) {
     const auto* actions = valueForKey(dictionary, "buttonActions");
-    const bool isOurs =
-        actions && actions->is_array() && actions->size() <= QuorrandChatMessage::maximumActions;
-    return isOurs ? std::optional(*actions) : std::nullopt;
+    if (!actions || !actions->is_array()) return std::nullopt;
+    auto stored = Json::array();
+    for (const auto& action : *actions) {
+        if (stored.size() == QuorrandChatMessage::maximumActions) break;
+        stored.push_back(action);
+    }
+    return stored;
 }
 
 }  // namespace
@@ -181,9 +185,9 @@ std::string QuorrandChatMessage::MD5(std::string_view text) {
     return md5Hex(text.substr(0, text.find('\0')));
 }
 
-std::string QuorrandChatMessage::preprocessMessage(const std::string& text) {
+std::optional<std::string> QuorrandChatMessage::preprocessMessage(const std::string& text) {
     const auto json = parseJson(text);
-    return json ? stringForKey(*json, "message").value_or(text) : text;
+    return json && json->is_object() ? stringForKey(*json, "message") : text;
 }
 
 std::optional<std::string> QuorrandChatMessage::URLDecodeString(std::string_view text) {

@@ -26,7 +26,13 @@ std::optional<AvatarName> avatarName(const std::string& sender) {
     if (colon == std::string::npos)
         return lowerCased(key) == "relay" ? std::optional(AvatarName{"relay", "id"}) : std::nullopt;
     if (key.find(':', colon + 1) != std::string::npos) return std::nullopt;
-    return AvatarName{key.substr(0, colon), key.substr(colon + 1)};
+    AvatarName name{key.substr(0, colon), key.substr(colon + 1)};
+    // Encoded or not, they mean another folder (RFC 3986, 5.2.4).
+    const auto isDotSegment = [](const std::string& piece) {
+        return piece == "." || piece == "..";
+    };
+    if (isDotSegment(name.kind) || isDotSegment(name.identifier)) return std::nullopt;
+    return name;
 }
 
 std::string withLineEnds(std::string text, std::string_view tag) {
@@ -97,8 +103,9 @@ std::optional<std::string> QuorrandChatMessage::message() const {
 }
 
 StyledText QuorrandChatMessage::styledText() const {
+    if (!text) return {};
     const auto chat = chat_.lock();
-    if (!chat || !text) return {};
+    if (!chat) return {{*text}, textColor_.value_or(Color{})};
     const bool isComplete = textColor_.has_value();
     if (!isComplete && messageType == ChatMessageType::Attachment) return {};
     if (!isComplete && messageType == ChatMessageType::KnowledgeBase) {

@@ -7,15 +7,16 @@
 
 namespace supportsdk {
 
-std::optional<ChatState> chatState(const Stanza& message) {
+ChatStates chatStates(const Stanza& message) {
     static constexpr std::array states{
         std::pair{"active", ChatState::active}, std::pair{"composing", ChatState::composing},
         std::pair{"paused", ChatState::paused}, std::pair{"inactive", ChatState::inactive},
         std::pair{"gone", ChatState::gone}};
+    ChatStates present;
     for (const auto& [name, state] : states) {
-        if (message.hasChild(name, "http://jabber.org/protocol/chatstates")) return state;
+        if (message.hasChild(name, "http://jabber.org/protocol/chatstates")) present.add(state);
     }
-    return std::nullopt;
+    return present;
 }
 
 }  // namespace supportsdk

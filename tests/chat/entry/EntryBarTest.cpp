@@ -58,6 +58,8 @@ TEST_F(EntryBar, SuggestsWhatContainsTheLastWord) {
         {"ask @bo", {}},
         {"ask  @b", {"@bo"}},
         {" \t@b \t ", {"@bo"}},
+        {"\xC2\xA0@b\xE3\x80\x80", {"@bo"}},
+        {"@b\n", {}},
         {"@bo there", {}},
         {"first\n@b", {}},
         {"zo", {}},

@@ -105,6 +105,8 @@ TEST_F(ChatMessageForms, OwnDataMessageIsCompactJsonThatComesBackAsNoLine) {
     EXPECT_FALSE(line({.body = body})->isValidMessage);
     EXPECT_EQ(QuorrandChatMessage::preprocessMessage(body), "qd-bot://a b/\"\xC3\xA9");
     EXPECT_EQ(QuorrandChatMessage::preprocessMessage("{"), "{");
+    EXPECT_EQ(QuorrandChatMessage::preprocessMessage("[1]"), "[1]");
+    EXPECT_EQ(QuorrandChatMessage::preprocessMessage(R"({"secret": "x"})"), std::nullopt);
     EXPECT_EQ(QuorrandChatMessage::MD5(std::string("data\0more", 9)),
               "8d777f385d3dfec8815d20f7496026dc");
 }

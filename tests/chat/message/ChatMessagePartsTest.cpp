@@ -125,10 +125,15 @@ TEST_F(ChatMessageParts, StyledTextKeepsTheColourOfItsCompletion) {
     EXPECT_EQ(
         QuorrandChatMessage::createBasicWithXMPPMessage(*chat, LineXml{"x"}.stanza())->message(),
         std::nullopt);
+
+    const auto late = line({.body = "late (smile)"});
+    chat.reset();
+    EXPECT_EQ(late->attributedString().plainText(), "late (smile)");
 }
 
 TEST_F(ChatMessageParts, AvatarsAreAskedForBySender) {
-    for (const auto* from : {"users:7;tab", "Relay", "a:b:c", "nobody", "x/..:4?5"})
+    for (const auto* from :
+         {"users:7;tab", "Relay", "a:b:c", "nobody", "x/..:4?5", "..:sessions", "users:."})
         (void)line({.body = "hi", .from = std::string("room@x/") + from});
     EXPECT_THAT(asked(), ElementsAre("https://api.example.test/api/v1/avatar/users/7/50,50",
                                      "https://api.example.test/api/v1/avatar/relay/id/50,50",
@@ -202,6 +207,13 @@ TEST_F(ChatMessageParts, ButtonsAreACollectionAndBounded) {
     EXPECT_EQ(bounded->chatActionButtons.size(), QuorrandChatMessage::maximumActions);
     EXPECT_EQ(bounded->chatButtonCollectionView->buttons, bounded->chatActionButtons);
     EXPECT_TRUE(bounded->chatButtonCollectionView->isObserving());
+    auto stored = bounded->dict();
+    stored["buttonActions"].push_back({{"lbl", "one more"}});
+    EXPECT_EQ(QuorrandChatMessage::createWithDict(*chat, stored)->chatActionButtons.size(),
+              QuorrandChatMessage::maximumActions);
+    for (auto& action : actions) action["perms"] = "nobody";
+    actions.push_back({{"lbl", "B"}});
+    EXPECT_TRUE(envelope("plain", {{"actions", actions}})->chatActionButtons.empty());
     EXPECT_EQ(envelope("plain", {{"actions", Json::array()}})->chatButtonCollectionView, nullptr);
 }
 
