@@ -116,6 +116,8 @@ TEST_F(ChatAttachment, WhoGoesBackFindsThePicturesInTheirRoomAndInNoOther) {
     EXPECT_TRUE(arrive("second"));
     disappear();
     open(openIssue("c2"));
+    answer("/chat/get/c2", {{"external_id", "room@rooms.test"}});
+    enterRoom();
     EXPECT_FALSE(arrive("third"));
     EXPECT_EQ(fakes.progress->shown.back(),
               "error You are not connected. Your message has not been sent.");

@@ -121,6 +121,7 @@ TEST_F(ChatSession, ALiveChatKeepsItsLinesAndItsRoomWhileOneOfThePastIsRead) {
 TEST_F(ChatSession, AScreenThatWasLeftTouchesNoOtherChat) {
     open();
     disappear();
+    const auto first = screen;
     open(openIssue("c2"));
     answerChatGet();
     EXPECT_EQ(requests("/chat/enter"), 0) << "it would join its room into the other's list";
@@ -130,11 +131,11 @@ TEST_F(ChatSession, AScreenThatWasLeftTouchesNoOtherChat) {
     answer("/chat/get/c2", other);
     screen->chatRefreshEligibleParticipants(*support->chat);
     disappear();
-    const auto left = screen;
+    const auto second = screen;
     open();
     answerChatGet();
     answer("/chat/get/c2", other);
-    left->connect();
+    second->connect();
     EXPECT_TRUE(support->chat->isParticipant("agent:1"));
     EXPECT_FALSE(support->chat->isParticipant("agent:9"));
     EXPECT_EQ(support->chat->muc, "room@rooms.test");
