@@ -53,11 +53,12 @@ void ChatViewController::chatGet(const std::string& commId) {
 }
 
 void ChatViewController::chatGetFailed(const std::string& commId) {
+    isReadOnly = true;
+    // The list may be another screen's by now: of a chat of the past, or of this one again.
+    if (engine().delegate.lock().get() != this) return;
     platform().progress->showError(
         localized("Unable to retrieve chat information. Attempting to retrieve transcripts."));
-    isReadOnly = true;
-    // The list may have been given to a chat of the past meanwhile.
-    if (engine().viewModel->commId == commId) getTranscripts(commId);
+    getTranscripts(commId);
 }
 
 void ChatViewController::createChatRecord(const Json& response) {

@@ -116,6 +116,12 @@ TEST_F(ChatSession, ALiveChatKeepsItsLinesAndItsRoomWhileOneOfThePastIsRead) {
     answer("/chat/get/c1", Json::object(), 500);
     EXPECT_TRUE(screen->isReadOnly);
     EXPECT_THAT(lines(), all) << "each of them once";
+
+    open(withTranscripts());
+    const auto left = screen;
+    open(past, true);
+    answer("/chat/get/c1", Json::object(), 500);
+    EXPECT_THAT(lines(), IsEmpty()) << "the list is another chat's";
 }
 
 TEST_F(ChatSession, AScreenThatWasLeftTouchesNoOtherChat) {
