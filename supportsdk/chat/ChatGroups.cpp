@@ -47,6 +47,11 @@ void append(Group& group, Group& other) {
 ChatGroups::ChatGroups(std::weak_ptr<const ChatParticipants> participants)
     : participants_(std::move(participants)) {}
 
+bool ChatGroups::isCurrent() const {
+    const auto participants = participants_.lock();
+    return participants && participants->participantsRevision() == revision_;
+}
+
 void ChatGroups::addLast(const std::vector<Message>& lines) {
     const auto participants = participants_.lock();
     if (!participants || participants->participantsRevision() != revision_) {

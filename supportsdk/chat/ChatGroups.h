@@ -41,6 +41,8 @@ class SUPPORTSDK_API ChatGroups {
     /// goes to its place, in constant time if that is the end. A change of the participants, and
     /// what invalidate() was told of, costs a rebuild.
     void addLast(const std::vector<Message>& lines);
+    /// Whether nothing has changed since they were built.
+    [[nodiscard]] bool isCurrent() const;
     /// Groups `lines` anew.
     void rebuild(const std::vector<Message>& lines);
     /// The lines have changed otherwise. The groups stay as they are until the next operation.

@@ -27,6 +27,7 @@ void ChatViewController::articleDidArrive(const Json& response) {
     const auto body = results.empty() ? std::nullopt : stringForKey(results.front(), "body");
     // The page of an earlier article must not pass for this one.
     if (!body) return articleIsMissing("");
+    if (!kbViewController) return;
     kbViewController->html = *body;
     showKBViewController();
 }
@@ -37,7 +38,7 @@ void ChatViewController::articleIsMissing(const std::string& message) {
 
 void ChatViewController::showKBViewController() {
     // Two taps bring two answers, and a page is on view once.
-    if (!showing) return;
+    if (!showing || !kbViewController) return;
     kbViewController->barColor = support->appearance->systemBackgroundColor;
     kbViewController->barTintColor = support->appearance->linkAndButtonTintColor;
     platform().presenter->push(kbViewController, *this);

@@ -71,7 +71,7 @@ void ChatViewController::createChatRecord(const Json& response) {
 void ChatViewController::takeParticipants(const QDConnectChat& record) {
     engine().setParticipantsEligible(record.participants_eligible);
     // Lines of people who were unknown until now come into view.
-    engine().viewModel->groupMessages();
+    engine().viewModel->participantsDidChange();
 }
 
 void ChatViewController::chatEnter(const std::string& commId) {

@@ -192,6 +192,8 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
 
     const std::shared_ptr<QuorrandChat> engine_;
     bool hasLeftView_ = false;
+    /// Of the participants that mentionSuggestions tell of.
+    std::optional<std::uint64_t> mentionsRevision_;
     bool areSuggestionsInView_ = false;
     Registration reloadTimer_;
     /// From the first line that is not shown yet.

@@ -94,6 +94,9 @@ void QDChatViewController::addMentionToInput(const std::optional<std::string>& m
 }
 
 void QDChatViewController::resetMentionSuggestions() {
+    // Every line of a stranger leads here, and sorting thousands of names takes its time.
+    const auto revision = engine_->participantsRevision();
+    if (std::exchange(mentionsRevision_, revision) == revision) return;
     mentionSuggestions = engine_->createMentionSuggestions();
     if (entryView) entryView->resetMentionSuggestions();
 }

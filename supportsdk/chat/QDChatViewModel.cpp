@@ -116,6 +116,10 @@ void QDChatViewModel::groupMessages() {
     groups_.rebuild(messages_);
 }
 
+void QDChatViewModel::participantsDidChange() {
+    if (!groups_.isCurrent()) groupMessages();
+}
+
 void QDChatViewModel::addHistoryEntry(const Message& message) {
     const auto engine = engine_.lock();
     if (!isLocalHistory || !message || !engine || !engine->commId) return;

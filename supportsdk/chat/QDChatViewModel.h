@@ -64,6 +64,8 @@ class SUPPORTSDK_API QDChatViewModel : public std::enable_shared_from_this<QDCha
     /// Builds the groups anew: needed only when somebody has become a participant, or ceased to be
     /// one, and no line has come since.
     void groupMessages();
+    /// The same, unless nobody has.
+    void participantsDidChange();
 
     /// All lines, in order of arrival. Lines of people who are no participants stay here until they
     /// may be shown.

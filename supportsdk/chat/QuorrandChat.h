@@ -185,7 +185,7 @@ class SUPPORTSDK_API QuorrandChat : public std::enable_shared_from_this<Quorrand
     /// The frames of an emoticon's picture; null when it is missing or damaged. Decoded once.
     [[nodiscard]] std::shared_ptr<const AnimatedImage> imageForEmoticon(
         const std::string& fileName) const;
-    /// Loads the pictures of the chat's lines.
+    /// Loads the avatars of the chat's lines.
     [[nodiscard]] ImageLoader& imageLoader() { return *imageLoader_; }
     /// Tells the delegate that lines have got their pictures.
     void picturesDidLoad();

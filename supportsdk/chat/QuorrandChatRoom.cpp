@@ -233,6 +233,7 @@ void QuorrandChat::handleReceivedMessage(const std::shared_ptr<const Stanza>& st
 }
 
 void QuorrandChat::updateUnreadMessageCount() {
+    const auto self = shared_from_this();
     tellDelegate(&QuorrandChatDelegate::chatDidUpdateUnreadCount, unreadMessageCount);
     NotificationCenter::shared().post(std::string(unreadCountUpdatedNotification),
                                       static_cast<std::int64_t>(unreadMessageCount));

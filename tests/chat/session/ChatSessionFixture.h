@@ -46,6 +46,9 @@ class ChatSession : public testing::Test {
         });
     }
 
+    // Streams that were let go of inside their own callbacks.
+    ~ChatSession() override { fakes.queue->drain(); }
+
     /// The credentials as an issue carries them.
     static std::string credentialBlock(const Json& credentials) {
         auto plaintext = toBytes(credentials.dump());
