@@ -18,7 +18,7 @@ constexpr std::uintmax_t maximumBytes = std::uintmax_t{64} * 1024 * 1024;
 
 fs::path pathOf(const std::string& uri) {
     gchar* path = g_filename_from_uri(uri.c_str(), nullptr, nullptr);
-    const fs::path result = path ? path : "";
+    fs::path result = path ? path : "";
     g_free(path);
     return result;
 }
@@ -39,6 +39,7 @@ std::optional<Bytes> readPicture(const std::string& uri) {
 
 std::vector<PhotoItem> itemsOf(const std::vector<std::string>& uris) {
     std::vector<PhotoItem> items;
+    items.reserve(uris.size());
     for (const auto& uri : uris) items.push_back({nullptr, [uri] { return readPicture(uri); }});
     return items;
 }

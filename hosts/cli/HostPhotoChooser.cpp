@@ -34,6 +34,7 @@ bool HostPhotoChooser::pick(const std::vector<std::string>& files) {
     auto completion = std::exchange(completion_, nullptr);
     if (!completion) return false;
     std::vector<PhotoItem> items;
+    items.reserve(files.size());
     for (const auto& file : files) items.push_back({nullptr, [file] { return readFile(file); }});
     queue_->post([completion = std::move(completion), items = std::move(items)]() mutable {
         completion(std::move(items));

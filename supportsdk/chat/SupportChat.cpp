@@ -48,8 +48,8 @@ void Support::chatExit(const std::string& commId, const Json& durationStart,
 
 void Support::chatFilePut(const std::string& commId, ImagePtr image, RestCallback success,
                           RestCallback failure) {
-    auto send = [weak = weak_from_this(), commId,
-                 completion = strictly(std::move(success), failure),
+    auto completion = strictly(std::move(success), failure);
+    auto send = [weak = weak_from_this(), commId, completion = std::move(completion),
                  failure = std::move(failure)](const std::optional<Bytes>& jpeg) {
         const auto self = weak.lock();
         if (!self) return;
