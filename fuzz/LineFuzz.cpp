@@ -1,6 +1,5 @@
 #include <cstdint>
 #include <cstdlib>
-#include <utility>
 
 #include "supportsdk/chat/QuorrandChat.h"
 #include "supportsdk/chat/QuorrandChatMessage.h"
@@ -57,15 +56,6 @@ void check(QuorrandChat& chat, QuorrandChatMessage& line) {
     checkForms(chat, line);
 }
 
-/// What is being loaded holds its line.
-void refuseAll(const test::FakePlatform& fakes) {
-    do {
-        for (const auto& request : std::exchange(fakes.http->sent, {})) request.completion({});
-        fakes.queue->drain();
-    } while (!fakes.http->sent.empty());
-    fakes.log->lines.clear();
-}
-
 }  // namespace
 
 /// The input is the body of a room's message.
@@ -81,7 +71,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         check(*chat, *QuorrandChatMessage::createWithDict(*chat, *json));
         (void)QuorrandChatMessage::createWithArchive(*chat, *json)->dict();
     }
-    refuseAll(fakes);
+    fakes.settle();
     chat->avatars.clear();
     return 0;
 }

@@ -42,7 +42,9 @@ std::shared_ptr<XmppRoom> makeRoom() {
     const auto room = std::make_shared<std::weak_ptr<XmppRoom>>();
     XmppRoom::Callbacks callbacks;
     callbacks.joined = [room] { require(room->lock()->isJoined()); };
-    callbacks.left = [room] { require(!room->lock()->isJoined()); };
+    callbacks.joinRefused = [room](const Stanza&) { require(!room->lock()->isJoined()); };
+    callbacks.left = [room](bool) { require(!room->lock()->isJoined()); };
+    callbacks.messageRefused = [](const Stanza& error) { (void)errorCondition(error); };
     callbacks.message = [](const std::shared_ptr<const Stanza>& message) { read(*message); };
     callbacks.configurationForm = [room](const Stanza& form) {
         if (const auto filled = makePersistentRoomForm(form))

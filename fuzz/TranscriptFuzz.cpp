@@ -1,6 +1,5 @@
 #include <cstdint>
 #include <cstdlib>
-#include <utility>
 
 #include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/chat/QuorrandChat.h"
@@ -23,15 +22,6 @@ void check(const QuorrandChatMessage& line) {
     require(!line.text || line.attributedString().plainText() == *line.text);
     require(line.fullDateString().has_value() == line.date.has_value());
     require(line.dict().size() == 22);
-}
-
-/// What is being loaded holds its line.
-void refuseAll(const test::FakePlatform& fakes) {
-    do {
-        for (const auto& request : std::exchange(fakes.http->sent, {})) request.completion({});
-        fakes.queue->drain();
-    } while (!fakes.http->sent.empty());
-    fakes.log->lines.clear();
 }
 
 }  // namespace
@@ -57,6 +47,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const auto& group : chat->viewModel->messageGroups()) shown += group.size();
     require(shown == chat->viewModel->messages().size());
     chat->viewModel->clearMessages();
-    refuseAll(fakes);
+    fakes.settle();
     return 0;
 }

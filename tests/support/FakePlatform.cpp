@@ -320,6 +320,14 @@ std::optional<Color> FakeTraits::systemColor(const std::string& name) const {
     return found == systemColors.end() ? std::nullopt : std::optional(found->second);
 }
 
+void FakePlatform::settle() const {
+    do {
+        for (const auto& request : std::exchange(http->sent, {})) request.completion({});
+        queue->drain();
+    } while (!http->sent.empty());
+    log->lines.clear();
+}
+
 FakePlatform::FakePlatform() {
     platform->log = log;
     platform->clock = clock;

@@ -363,6 +363,10 @@ struct FakePlatform {
     FakePlatform(const FakePlatform&) = delete;
     FakePlatform& operator=(const FakePlatform&) = delete;
 
+    /// Fails every request, those that follow included, so that nothing is held by one any more;
+    /// empties the log.
+    void settle() const;
+
     std::shared_ptr<FakeMainQueue> queue = std::make_shared<FakeMainQueue>();
     std::shared_ptr<FakeBackgroundQueue> background = std::make_shared<FakeBackgroundQueue>(queue);
     std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
