@@ -103,8 +103,7 @@ Json ChatAdapter::describeLine(const QuorrandChatMessage& line) const {
                    {"type", nameOf(line.messageType)},
                    {"disabled", line.disabled}};
     put(fields, "from", line.from);
-    const auto name = chat_->engine().getInfoType("name", line.from);
-    put(fields, "name", name && !name->empty() ? name : line.fromName);
+    put(fields, "name", chat_->engine().viewModel->usernameOf(line));
     put(fields, "text", line.text);
     put(fields, "url", line.url);
     put(fields, "preview", line.preview);

@@ -53,12 +53,8 @@ bool ChatGroups::isCurrent() const {
 }
 
 void ChatGroups::addLast(const std::vector<Message>& lines) {
-    const auto participants = participants_.lock();
-    if (!participants || participants->participantsRevision() != revision_) {
-        rebuild(lines);
-    } else if (participants->isParticipant(lines.back()->from)) {
-        insert(lines.back());
-    }
+    if (!isCurrent()) return rebuild(lines);
+    if (participants_.lock()->isParticipant(lines.back()->from)) insert(lines.back());
 }
 
 void ChatGroups::rebuild(const std::vector<Message>& lines) {

@@ -72,14 +72,8 @@ void ChatUpload::photoDidArrive(const Json& response) {
 void ChatUpload::photoDidFail(const Json& response) {
     const auto support = wantedSupport();
     if (!support) return;
-    const auto localized = [&support](const std::string& english) {
-        return support->platform->localizer->localized(english);
-    };
-    support->platform->presenter->showAlert(
-        {localized("Unable to upload attachment"),
-         localized(stringForKey(response, "message").value_or("")),
-         {},
-         {{localized("OK"), {}, {}}}});
+    QDChatViewController::alertWithTitle(*support->platform, "Unable to upload attachment",
+                                         stringForKey(response, "message").value_or(""));
     screen_.didFinish();
     next();
 }

@@ -155,8 +155,16 @@ void QDChatViewController::warn(const std::string& message) {
 
 void QDChatViewController::alertWithTitle(const std::string& alertTitle,
                                           const std::string& message) {
-    platform().presenter->showAlert(
-        {localized(alertTitle), localized(message), {}, {{localized("OK"), {}, {}}}});
+    alertWithTitle(platform(), alertTitle, message);
+}
+
+void QDChatViewController::alertWithTitle(const Platform& platform, const std::string& alertTitle,
+                                          const std::string& message) {
+    const auto& words = *platform.localizer;
+    platform.presenter->showAlert({words.localized(alertTitle),
+                                   words.localized(message),
+                                   {},
+                                   {{words.localized("OK"), {}, {}}}});
 }
 
 }  // namespace supportsdk

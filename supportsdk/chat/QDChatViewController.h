@@ -97,6 +97,9 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     /// An alert with the host application's name above `message`.
     void warn(const std::string& message);
     void alertWithTitle(const std::string& alertTitle, const std::string& message);
+    /// The same for those who outlive the screen.
+    static void alertWithTitle(const Platform& platform, const std::string& alertTitle,
+                               const std::string& message);
     /// Tells the person why a line has not gone out. True when it has.
     static bool reportUnsent(const Platform& platform, ChatSend outcome);
 

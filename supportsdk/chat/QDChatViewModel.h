@@ -94,6 +94,8 @@ class SUPPORTSDK_API QDChatViewModel : public std::enable_shared_from_this<QDCha
     [[nodiscard]] std::optional<ChatCell> cellForItemAtIndexPath(const ChatIndexPath& path) const;
     /// In points, for a list of this width. A line remembers its size in `cellSize`.
     ChatCellSize sizeForItemAtIndexPath(const ChatIndexPath& path, double listWidth) const;
+    /// What stands above a line: its sender's name among the participants, else the line's own.
+    [[nodiscard]] std::string usernameOf(const QuorrandChatMessage& line) const;
 
     /// The conversation.
     std::optional<std::string> commId;
@@ -105,7 +107,6 @@ class SUPPORTSDK_API QDChatViewModel : public std::enable_shared_from_this<QDCha
     [[nodiscard]] Place placeAt(const ChatIndexPath& path) const;
     [[nodiscard]] const Message& lineAt(const ChatIndexPath& path) const;
     [[nodiscard]] double heightOf(const QuorrandChatMessage& line) const;
-    [[nodiscard]] std::string usernameOf(const QuorrandChatMessage& line) const;
     void removeAll();
 
     using HeardLive = std::multimap<std::pair<std::string, std::string>, Message>;

@@ -6,6 +6,7 @@
 #include "supportsdk/chat/QuorrandChat.h"
 #include "supportsdk/chat/QuorrandChatMessage.h"
 #include "supportsdk/core/LowerCased.h"
+#include "supportsdk/core/ReplaceAll.h"
 #include "supportsdk/core/Url.h"
 
 // What a line is drawn with: pictures, styled text, buttons.
@@ -33,17 +34,6 @@ std::optional<AvatarName> avatarName(const std::string& sender) {
     };
     if (isDotSegment(name.kind) || isDotSegment(name.identifier)) return std::nullopt;
     return name;
-}
-
-std::string withLineEnds(std::string text, std::string_view tag) {
-    constexpr std::string_view lineEnds = "\n\n";
-    std::string replaced;
-    std::size_t done = 0;
-    for (auto at = text.find(tag); at != std::string::npos; at = text.find(tag, done)) {
-        replaced.append(text, done, at - done).append(lineEnds);
-        done = at + tag.size();
-    }
-    return replaced.append(text, done);
 }
 
 }  // namespace
@@ -109,8 +99,10 @@ StyledText QuorrandChatMessage::styledText() const {
     const bool isComplete = textColor_.has_value();
     if (!isComplete && messageType == ChatMessageType::Attachment) return {};
     if (!isComplete && messageType == ChatMessageType::KnowledgeBase) {
-        const auto lower = withLineEnds(withLineEnds(lowerCased(*text), "<p>"), "<br>");
-        return attributedStringFromChatMessage(*chat, lower);
+        constexpr std::string_view lineEnds = "\n\n";
+        const auto withoutParagraphs = replaceAll(lowerCased(*text), "<p>", lineEnds);
+        return attributedStringFromChatMessage(*chat,
+                                               replaceAll(withoutParagraphs, "<br>", lineEnds));
     }
     const auto& look = chat->appearance;
     auto styled = attributedStringFromChatMessage(*chat, *text);

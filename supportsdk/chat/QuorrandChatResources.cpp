@@ -2,6 +2,7 @@
 
 #include "supportsdk/chat/QuorrandChat.h"
 #include "supportsdk/core/Fields.h"
+#include "supportsdk/core/ReplaceAll.h"
 #include "supportsdk/core/Url.h"
 
 namespace supportsdk {
@@ -17,17 +18,6 @@ FileName splitFileName(const std::string& name) {
     const auto point = name.rfind('.');
     if (point == std::string::npos) return {name, ""};
     return {name.substr(0, point), name.substr(point + 1)};
-}
-
-/// Into a new text: in place, each one would move all that stands behind it.
-std::string replaceAll(const std::string& text, const std::string& wanted, const std::string& by) {
-    std::string replaced;
-    std::size_t done = 0;
-    for (auto at = text.find(wanted); at != std::string::npos; at = text.find(wanted, done)) {
-        replaced.append(text, done, at - done).append(by);
-        done = at + wanted.size();
-    }
-    return replaced.append(text, done);
 }
 
 /// Only GIFs move.

@@ -5,6 +5,7 @@
 
 #include "supportsdk/core/DefaultsKeys.h"
 #include "supportsdk/core/Fields.h"
+#include "supportsdk/core/ReplaceAll.h"
 #include "supportsdk/core/Url.h"
 
 namespace supportsdk {
@@ -12,15 +13,6 @@ namespace supportsdk {
 namespace {
 
 constexpr std::chrono::seconds imageTimeLimit{10};
-
-std::string replaceAll(std::string text, std::string_view from, std::string_view to) {
-    if (from.empty()) return text;
-    for (std::size_t at = text.find(from); at != std::string::npos;
-         at = text.find(from, at + to.size())) {
-        text.replace(at, from.size(), to);
-    }
-    return text;
-}
 
 std::shared_ptr<UserDefaults> defaultsOf(const Platform& platform) {
     return platform.userDefaults->standard();

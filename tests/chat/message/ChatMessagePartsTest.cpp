@@ -1,6 +1,7 @@
 #include <random>
 #include <regex>
 
+#include "supportsdk/chat/ChatPictures.h"
 #include "supportsdk/chat/QDChatActionButton.h"
 #include "supportsdk/chat/QDChatButtonCollectionView.h"
 #include "tests/chat/ChatFixture.h"
@@ -180,6 +181,22 @@ TEST_F(ChatMessageParts, PreviewsAreSmallAndAvatarsOfTranscriptsAreAnywhere) {
     EXPECT_EQ(transcript->avatarImage->width, 9);
     EXPECT_TRUE(transcript->messageView);
     EXPECT_EQ(QuorrandChatMessage::createWithTranscript(*chat, {})->avatarImage->width, 9);
+}
+
+TEST_F(ChatMessageParts, SilentPreviewsHoldUpNoAvatarAndAreBounded) {
+    const auto preview = [this](std::size_t number) -> std::weak_ptr<QuorrandChatMessage> {
+        const Json body{{"secret", QuorrandChatMessage::MD5("attachment")},
+                        {"attachment", {{"preview", "http://x/" + std::to_string(number)}}}};
+        return line({.body = body.dump(), .from = "room@x/nobody"});
+    };
+    for (std::size_t waiting = 1; waiting < ChatPictures::maximumWaitingPreviews; ++waiting)
+        (void)preview(waiting);
+    EXPECT_FALSE(preview(0).expired());
+    EXPECT_TRUE(preview(999).expired()) << "nothing is loaded for it";
+    EXPECT_FALSE(preview(0).expired()) << "that address waits already";
+    (void)line({.body = "hi"});
+    EXPECT_EQ(asked().back(), "https://api.example.test/api/v1/avatar/users/7/50,50");
+    fakes.settle();
 }
 
 TEST_F(ChatMessageParts, PicturesThatCannotComeHoldNoLineAndNoEngine) {
