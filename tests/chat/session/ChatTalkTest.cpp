@@ -14,6 +14,22 @@ std::string invitation(const std::string& room) {
         .dump();
 }
 
+TEST_F(ChatSession, LinesAskForTheIssueAtOnceAndInABurstOnceASecond) {
+    openAndJoin();
+    const auto before = requests("/issues/55");
+    receive("one");
+    EXPECT_EQ(requests("/issues/55"), before + 1);
+    receive("two");
+    receive("three");
+    EXPECT_EQ(requests("/issues/55"), before + 1);
+    fakes.queue->advance(std::chrono::seconds{1});
+    EXPECT_EQ(requests("/issues/55"), before + 2);
+    fakes.queue->advance(std::chrono::seconds{2});
+    EXPECT_EQ(requests("/issues/55"), before + 2) << "nothing new has come";
+    receive("four");
+    EXPECT_EQ(requests("/issues/55"), before + 3);
+}
+
 TEST_F(ChatSession, TypedTextGoesOutAndTheBarIsEmptied) {
     open();
     auto& bar = *screen->entryView;
