@@ -27,6 +27,7 @@ class KBViewModel;
 class QDFormModel;
 class QDIssue;
 class QuorrandChat;
+class SupportButton;
 
 /// Name and identifier under which the kit knows itself.
 inline constexpr std::string_view SUPPORT_SDK_NAME = "SupportSDK";
@@ -194,6 +195,9 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     std::shared_ptr<QDIssue> loadCurrentIssue();
     void saveCurrentIssue(const std::shared_ptr<QDIssue>& issue);
     void clearCurrentIssue();
+    /// Opens the rating of `rateableIssueId` over the screen on top. A failure is reported to the
+    /// button's delegate.
+    void displayRatingScreenFromButton(const std::shared_ptr<SupportButton>& button);
 
     // --- History (launcher/SupportHistory.cpp) ---
 

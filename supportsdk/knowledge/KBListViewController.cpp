@@ -10,12 +10,14 @@
 namespace supportsdk {
 
 std::shared_ptr<KBListViewController> KBListViewController::create(
-    std::shared_ptr<Support> support) {
-    return std::shared_ptr<KBListViewController>(new KBListViewController(std::move(support)));
+    std::shared_ptr<Support> support, std::weak_ptr<SupportButton> button) {
+    return std::shared_ptr<KBListViewController>(
+        new KBListViewController(std::move(support), std::move(button)));
 }
 
-KBListViewController::KBListViewController(std::shared_ptr<Support> owner)
-    : support(std::move(owner)) {}
+KBListViewController::KBListViewController(std::shared_ptr<Support> owner,
+                                           std::weak_ptr<SupportButton> button)
+    : support(std::move(owner)), supportButton(std::move(button)) {}
 
 void KBListViewController::viewDidLoad() {
     if (support->kbViewModel) {
@@ -64,7 +66,7 @@ void KBListViewController::viewModelDidExpandFolder(KBViewModel& /*model*/,
 
 void KBListViewController::viewModelDidSelectFolder(KBViewModel& /*model*/,
                                                     const std::shared_ptr<KBEntryModel>& folder) {
-    const auto list = create(support);
+    const auto list = create(support, supportButton);
     list->kbViewModel = KBViewModel::createWithFolder(folder);
     support->platform->presenter->push(list, *this);
 }

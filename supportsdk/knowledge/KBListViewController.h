@@ -24,7 +24,8 @@ class SUPPORTSDK_API KBListViewController : public ScreenController,
     };
 
     /// `support` may not be null.
-    static std::shared_ptr<KBListViewController> create(std::shared_ptr<Support> support);
+    static std::shared_ptr<KBListViewController> create(std::shared_ptr<Support> support,
+                                                        std::weak_ptr<SupportButton> button);
 
     [[nodiscard]] std::string_view className() const override { return "KBListViewController"; }
     /// Takes the tree that Support holds, also in place of a model that was set before, or fetches
@@ -42,13 +43,17 @@ class SUPPORTSDK_API KBListViewController : public ScreenController,
     void viewModelDidExpandFolder(KBViewModel& model,
                                   const std::shared_ptr<KBEntryModel>& folder) override;
 
+    /// The magnifying glass: opens the search.
+    void search();
+
     const std::shared_ptr<Support> support;
+    const std::weak_ptr<SupportButton> supportButton;
     std::weak_ptr<View> view;
     /// Rows, indents and selection; null until there is something to show.
     std::shared_ptr<KBViewModel> kbViewModel;
 
  private:
-    explicit KBListViewController(std::shared_ptr<Support> support);
+    KBListViewController(std::shared_ptr<Support> support, std::weak_ptr<SupportButton> button);
 
     void reloadTable();
     void dismissProgress();

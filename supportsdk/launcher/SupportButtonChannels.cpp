@@ -47,7 +47,7 @@ void SupportButton::actionSearchKnowledge() {
 
 void SupportButton::displayKnowledgeBase() {
     if (!support) return;
-    kbListViewController = KBListViewController::create(support);
+    kbListViewController = KBListViewController::create(support, weak_from_this());
     displayScreen(kbListViewController);
 }
 

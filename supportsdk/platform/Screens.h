@@ -43,6 +43,9 @@ class SUPPORTSDK_API ScreenController : public std::enable_shared_from_this<Scre
     std::string title;
     std::vector<BarButton> leftBarButtons;
     std::vector<BarButton> rightBarButtons;
+    /// While this screen is on top, its stack shows no bar: the screen has one of its own, or needs
+    /// none. Read each time the screen appears.
+    bool isNavigationBarHidden = false;
 
     /// The screen that was presented on this one, and the reverse; kept by whoever shows screens.
     std::shared_ptr<ScreenController> presentedController;

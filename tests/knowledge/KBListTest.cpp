@@ -50,7 +50,7 @@ class KBListTest : public SupportTest {
 
     std::shared_ptr<Support> support = startWithSettings();
     std::shared_ptr<Picture> picture = std::make_shared<Picture>();
-    std::shared_ptr<KBListViewController> screen = KBListViewController::create(support);
+    std::shared_ptr<KBListViewController> screen = KBListViewController::create(support, {});
 };
 
 TEST_F(KBListTest, TheListenerHearsWhatBecameOfTheRequest) {
@@ -95,7 +95,7 @@ TEST_F(KBListTest, TheTextStaysUntilTheRowsAreThere) {
 
     // Neither an answer without rows nor a screen that leaves early keeps it.
     support->kbViewModel.reset();
-    const auto empty = KBListViewController::create(support);
+    const auto empty = KBListViewController::create(support, {});
     appear(*empty);
     fakes.http->answerTo("/kb/get", 200, Json::object());
     EXPECT_THAT(shown(), ElementsAre("status Retrieving", "dismiss"));

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "supportsdk/core/QDIssue.h"
+#include "supportsdk/launcher/DialogViewController.h"
+#include "supportsdk/platform/Images.h"
+
+namespace supportsdk {
+
+/// Asks for up to five stars and a comment, and rates the issue that Support names as
+/// `rateableIssueId`. Main thread only.
+class SUPPORTSDK_API RatingViewController : public DialogViewController {
+ public:
+    static constexpr std::size_t numberOfStars = 5;
+
+    /// What the screen asks of its picture.
+    class View {
+     public:
+        virtual ~View() = default;
+        /// Other stars are selected.
+        virtual void ratingDidChange() = 0;
+    };
+
+    /// `support` may not be null.
+    static std::shared_ptr<RatingViewController> create(std::shared_ptr<Support> support,
+                                                        std::weak_ptr<SupportButton> button);
+
+    [[nodiscard]] std::string_view className() const override { return "RatingViewController"; }
+    void viewDidLoad() override;
+
+    /// A tap on the star with this tag, 0 to 4. The last star takes itself back by one; no tap
+    /// lowers the rating otherwise. Any other tag only shows the rating again.
+    void ratingButtonClicked(std::size_t tag);
+    /// Selects the stars below `ratingValue`, and no others.
+    void displayRating();
+    /// Leaves, and sends the rating, 0 stars included.
+    void okButtonClicked() override;
+    void rateIssue(const std::optional<std::string>& issueId);
+    /// A rating gets no word of thanks.
+    void showConfirmation() const {}
+
+    std::weak_ptr<View> view;
+    /// Nothing here reads it.
+    std::optional<std::string> callbackNumber;
+    /// The host's own record of the issue, marked as rated on success; nothing in the kit sets it.
+    std::shared_ptr<QDIssue> issue;
+    std::string experienceLabel;
+    /// The comment as submitted.
+    std::string desc;
+    /// Whether each star is selected.
+    std::array<bool, numberOfStars> ratingButtons{};
+    /// Of a selected star and of another one; null when the kit's bundle has none.
+    ImagePtr starOn;
+    ImagePtr starOff;
+    std::uint64_t ratingValue = 0;
+
+ private:
+    using DialogViewController::DialogViewController;
+};
+
+}  // namespace supportsdk
