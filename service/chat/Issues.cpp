@@ -101,12 +101,12 @@ std::optional<Json> Issues::close(const std::string& id, int status,
     });
 }
 
-std::optional<Json> Issues::rate(const std::string& id, std::int64_t rating,
-                                 const std::string& notes) {
-    return change(id, "rated", [&](Json& issue) {
-        issue["isRated"] = true;
-        issue["rating"] = rating;
-        issue["rating_notes"] = notes;
+std::optional<Json> Issues::rate(const std::string& id, const Rating& rating) {
+    return change(id, "rated", [&rating](Json& issue) {
+        issue.update({{"isRated", true},
+                      {"rating", rating.technician},
+                      {"nps_rating", rating.recommendation},
+                      {"rating_notes", rating.notes}});
         return true;
     });
 }

@@ -35,6 +35,12 @@ class Issues {
         std::optional<std::string> callbackNumber;
     };
 
+    struct Rating {
+        std::int64_t recommendation = 0;
+        std::int64_t technician = 0;
+        std::string notes;
+    };
+
     /// A new case with a chat and its encrypted credentials; nothing when the chat server is down.
     [[nodiscard]] std::optional<Json> create(const Request& request);
 
@@ -44,7 +50,7 @@ class Issues {
     void take(const std::string& id, const std::string& technicianKey);
     /// The issue as it is then; nothing when there is none. A closed case stays as it is.
     std::optional<Json> close(const std::string& id, int status, const std::string& resolution);
-    std::optional<Json> rate(const std::string& id, std::int64_t rating, const std::string& notes);
+    std::optional<Json> rate(const std::string& id, const Rating& rating);
 
     /// The record as callers get it, with the transcripts of its chat.
     [[nodiscard]] Json forCaller(Json issue, const std::string& base) const;

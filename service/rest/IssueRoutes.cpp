@@ -42,12 +42,18 @@ Answer history(const Desk& desk, const Call& call) {
     return results(std::move(list));
 }
 
+/// An empty object comes from a caller who does not know who rates: it is taken and rates nothing.
 Answer rate(const Desk& desk, const Call& call) {
+    constexpr std::int64_t best = 5;
+    const auto issue = findOwn(desk, kind::issue, call.id, call);
+    if (!issue) return unknownIssue;
+    if (call.body.empty()) return one(desk, call, issue);
     const auto rating = integerForKey(call.body, "tech_rating");
-    if (!findOwn(desk, kind::issue, call.id, call)) return unknownIssue;
-    if (!rating) return failure(400, "tech_rating is missing.");
-    const auto notes = stringForKey(call.body, "notes").value_or("");
-    return one(desk, call, desk.issues.rate(call.id, *rating, notes));
+    if (!rating || *rating < 0 || *rating > best)
+        return failure(400, "tech_rating is not a number from 0 to 5.");
+    return one(desk, call,
+               desk.issues.rate(call.id, {integerForKey(call.body, "nps_rating").value_or(0),
+                                          *rating, stringForKey(call.body, "notes").value_or("")}));
 }
 
 /// An issue that is closed already cannot be closed otherwise: "success" is then false.

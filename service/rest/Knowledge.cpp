@@ -1,26 +1,37 @@
 #include <algorithm>
-#include <cctype>
+#include <string_view>
 
 #include "service/rest/Desk.h"
+#include "supportsdk/core/CaseFolding.h"
 #include "supportsdk/core/Fields.h"
 
 namespace supportsdk::service {
 
 namespace {
 
-std::string lowered(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-    return text;
+using Words = std::vector<std::wstring>;
+
+Words wordsOf(std::string_view text) {
+    Words words;
+    bool isInWord = false;
+    for (const wchar_t character : caseFolded(text)) {
+        const bool belongs = isWordCharacter(character);
+        if (belongs && !isInWord) words.emplace_back();
+        if (belongs) words.back() += character;
+        isInWord = belongs;
+    }
+    return words;
 }
 
-bool mentions(const Json& article, const std::string& words) {
+/// All of them, in any order, anywhere.
+bool mentions(const Json& article, const Words& words) {
     if (integerForKey(article, "type") != 0) return false;
-    for (const char* key : {"title", "keywords", "sub_title", "body"}) {
-        const auto text = lowered(stringForKey(article, key).value_or(""));
-        if (text.find(words) != std::string::npos) return true;
-    }
-    return false;
+    std::wstring text;
+    for (const char* key : {"title", "keywords", "sub_title", "body"})
+        text += caseFolded(stringForKey(article, key).value_or("")) + L'\n';
+    return std::all_of(words.begin(), words.end(), [&text](const std::wstring& word) {
+        return text.find(word) != std::wstring::npos;
+    });
 }
 
 Answer get(const Desk& desk, const Call& call) {
@@ -31,7 +42,7 @@ Answer get(const Desk& desk, const Call& call) {
 }
 
 Answer search(const Desk& desk, const Call& call) {
-    const auto words = lowered(call.parameter("query").value_or(""));
+    const auto words = wordsOf(call.parameter("query").value_or(""));
     auto articles = listOwn(desk, kind::article, call);
     std::erase_if(articles, [&words](const Json& article) {
         return words.empty() || !mentions(article, words);

@@ -108,7 +108,11 @@ TEST_F(CallsTest, CustomersAreFoundByAnyOfTheirNames) {
 TEST_F(CallsTest, ReadOnlyContentIsThere) {
     EXPECT_THAT(calls_.get("/sdk/v1/kb/get").body["results"], SizeIs(10));
     EXPECT_THAT(calls_.get("/sdk/v1/kb/search?query=GREEN").body["results"], SizeIs(2));
-    EXPECT_THAT(calls_.get("/sdk/v1/kb/search").body["results"], SizeIs(0));
+    EXPECT_THAT(calls_.get("/sdk/v1/kb/search?query=%22Status%22%0D%0Agreen%25").body["results"],
+                SizeIs(1));
+    for (const char* nothing : {"", "?query=", "?query=%22%20%25", "?query=green%20nothing"})
+        EXPECT_THAT(calls_.get(std::string("/sdk/v1/kb/search") + nothing).body["results"],
+                    SizeIs(0));
     EXPECT_THAT(calls_.get("/sdk/v1/forms/get/").body["results"], SizeIs(3));
     EXPECT_THAT(calls_.get("/sdk/v1/forms/get/?id=f-visit").body["results"], SizeIs(1));
     const auto journeys =

@@ -87,10 +87,14 @@ TEST_F(ChatTest, AnIssueLivesFromCreatedToRated) {
     EXPECT_EQ(cancelled.body["success"], false);
     EXPECT_EQ(stored()["status"], 7);
 
-    calls_.post("/sdk/v1/issues/rate/" + text("id"),
-                Json{{"nps_rating", 0}, {"tech_rating", 4}, {"notes", "fine"}});
+    const auto rate = "/sdk/v1/issues/rate/" + text("id");
+    EXPECT_EQ(calls_.post(rate, Json{{"tech_rating", 6}}).status, 400);
+    EXPECT_THAT(calls_.post(rate, Json::object()).body["results"], testing::SizeIs(1));
+    EXPECT_EQ(stored()["isRated"], false);
+    calls_.post(rate, Json{{"nps_rating", 0}, {"tech_rating", 4}, {"notes", "fine"}});
     EXPECT_EQ(stored()["isRated"], true);
     EXPECT_EQ(stored()["rating"], 4);
+    EXPECT_EQ(stored()["rating_notes"], "fine");
     EXPECT_EQ(chat("exit", {{"duration_start", 0}, {"duration_add", 0}}).status, 200);
 }
 
