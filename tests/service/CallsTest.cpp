@@ -106,7 +106,7 @@ TEST_F(CallsTest, CustomersAreFoundByAnyOfTheirNames) {
 }
 
 TEST_F(CallsTest, ReadOnlyContentIsThere) {
-    EXPECT_THAT(calls_.get("/sdk/v1/kb/get").body["results"], SizeIs(10));
+    EXPECT_THAT(calls_.get("/sdk/v1/kb/get").body["results"], SizeIs(19));
     EXPECT_THAT(calls_.get("/sdk/v1/kb/search?query=GREEN").body["results"], SizeIs(2));
     EXPECT_THAT(calls_.get("/sdk/v1/kb/search?query=%22Status%22%0D%0Agreen%25").body["results"],
                 SizeIs(1));
