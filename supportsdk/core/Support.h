@@ -70,6 +70,7 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     /// Another configuration has taken this one's place: answers that are still under way reach
     /// their callbacks but neither the delegate, nor what is stored, nor the look of the process.
     void retire();
+    [[nodiscard]] bool isRetired() const { return isRetired_; }
 
     /// Whether the API host is exactly the production host of the deployment.
     [[nodiscard]] bool isProduction() const;

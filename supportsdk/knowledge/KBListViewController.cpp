@@ -4,8 +4,8 @@
 
 #include "supportsdk/core/EventManager.h"
 #include "supportsdk/core/EventNames.h"
-#include "supportsdk/knowledge/KBViewController.h"
-#include "supportsdk/theme/Appearance.h"
+#include "supportsdk/knowledge/KBArticle.h"
+#include "supportsdk/knowledge/KBSearchViewController.h"
 
 namespace supportsdk {
 
@@ -20,6 +20,10 @@ KBListViewController::KBListViewController(std::shared_ptr<Support> owner,
     : support(std::move(owner)), supportButton(std::move(button)) {}
 
 void KBListViewController::viewDidLoad() {
+    rightBarButtons = {
+        {support->platform->localizer->localized("Search"), [weak = std::weak_ptr(self())] {
+             if (const auto screen = weak.lock()) screen->search();
+         }}};
     if (support->kbViewModel) {
         supportUpdateKBWithModel(support->kbViewModel);
     } else {
@@ -28,6 +32,7 @@ void KBListViewController::viewDidLoad() {
 }
 
 void KBListViewController::viewWillAppear() {
+    isNavigationBarHidden = false;
     // A screen on top of this one has taken the model over, and may have folded folders.
     if (kbViewModel && kbViewModel->delegate.lock().get() != this) {
         kbViewModel->delegate = self();
@@ -73,24 +78,16 @@ void KBListViewController::viewModelDidSelectFolder(KBViewModel& /*model*/,
 
 void KBListViewController::viewModelDidSelectEntry(KBViewModel& /*model*/,
                                                    const std::shared_ptr<KBEntryModel>& entry) {
-    const auto& platform = *support->platform;
-    const auto heading = entry->title.value_or("");
     if (entry->url && !entry->url->empty()) {
-        const auto browser = std::make_shared<KBViewController>(
-            platform, heading, platform.localizer->localized("Done"), *entry->url);
-        browser->barTintColor = support->appearance->linkAndButtonTintColor;
-        const auto navigation = std::make_shared<NavigationController>();
-        navigation->children.push_back(browser);
-        platform.presenter->present(navigation, this);
-        return;
+        presentArticle(*support, *entry, *this);
+    } else {
+        pushArticle(*support, *entry, *this);
     }
-    const auto article = std::make_shared<BaseWebViewController>(
-        platform, heading, platform.localizer->localized("Back"), "");
-    article->html = entry->body.value_or("");
-    article->isPushed = true;
-    article->barColor = support->appearance->systemBackgroundColor;
-    article->barTintColor = support->appearance->linkAndButtonTintColor;
-    platform.presenter->push(article, *this);
+}
+
+void KBListViewController::search() {
+    support->platform->presenter->push(KBSearchViewController::create(support, supportButton),
+                                       *this);
 }
 
 void KBListViewController::reloadTable() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -35,6 +36,8 @@ class SUPPORTSDK_API KBSearchViewController : public ScreenController, public Su
 
     [[nodiscard]] std::string_view className() const override { return "KBSearchViewController"; }
     void viewDidLoad() override;
+    void viewWillAppear() override;
+    void viewWillDisappear() override;
 
     // --- The search bar ---
 
@@ -43,10 +46,12 @@ class SUPPORTSDK_API KBSearchViewController : public ScreenController, public Su
     void searchBarTextDidEndEditing();
     /// Searches for what stands in the bar.
     void searchBarSearchButtonClicked();
+    /// Also gives up the search that is running.
     void searchBarCancelButtonClicked();
     /// Called with the bar's text on each change; does nothing, a hook for hosts that search as the
     /// person types.
     virtual void doSearch(const std::string& text) { (void)text; }
+    /// Searches, and gives up an earlier search that is still running.
     void search(const std::string& text);
 
     // --- The list ---
@@ -60,10 +65,12 @@ class SUPPORTSDK_API KBSearchViewController : public ScreenController, public Su
     void didSelectRow(std::size_t section, std::size_t row);
     /// Opens an article: its text, or without one its address.
     void viewEntry(const std::shared_ptr<KBEntryModel>& entry);
-    /// Fetches an article and opens it.
+    /// Fetches an article and opens it, unless the screen is left or another one asked for
+    /// meanwhile.
     void retrieveKB(const std::string& identifier);
     void saveRecentSearches() const;
 
+    /// Records `searchText`, and shows what was found.
     void supportSearchKBWithModel(const std::shared_ptr<KBViewModel>& model) override;
     void supportSearchKBFailed() override;
 
@@ -84,7 +91,24 @@ class SUPPORTSDK_API KBSearchViewController : public ScreenController, public Su
     bool isBarFocused = false;
 
  private:
+    class Search;
+    using Handler = void (KBSearchViewController::*)(const Json&);
+
     KBSearchViewController(std::shared_ptr<Support> support, std::weak_ptr<SupportButton> button);
+
+    void showRecentSearches();
+    void loadRecentSearches();
+    void recordSearch();
+    [[nodiscard]] RestCallback unlessObsolete(std::uint64_t request, Handler handler);
+    void articleDidArrive(const Json& response);
+    void articleIsMissing(const Json& response);
+    void reloadTable();
+    void tellBarDidChange();
+    [[nodiscard]] std::string localized(const std::string& english) const;
+
+    bool isOnView_ = false;
+    std::shared_ptr<SupportDelegate> latestSearch_;
+    std::uint64_t latestArticle_ = 0;
 };
 
 }  // namespace supportsdk
