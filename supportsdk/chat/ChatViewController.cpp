@@ -124,8 +124,7 @@ void ChatViewController::viewWillDisappear() {
 void ChatViewController::viewDidDisappear() {
     QDChatViewController::viewDidDisappear();
     if (issue) engine().postUnreadMessageCount = true;
-    const auto companion = rating.lock();
-    if (companion && support->rateableIssueId && !isReadOnly) companion->displayRatingScreen();
+    if (rating && support->rateableIssueId && !isReadOnly) rating->displayRatingScreen();
 }
 
 void ChatViewController::handleIssueRefresh() {

@@ -137,7 +137,7 @@ class SUPPORTSDK_API ChatViewController : public QDChatViewController {
     /// Once chosen, it stays chosen for later screen shares from this screen.
     bool isSharingEntireDevice = false;
     /// What other subsystems add; without one, what it would do is not done.
-    std::weak_ptr<ChatRating> rating;
+    std::shared_ptr<ChatRating> rating;
     std::weak_ptr<ChatCalls> calls;
 
  protected:

@@ -3,12 +3,6 @@
 #include <chrono>
 #include <utility>
 
-#include "supportsdk/core/Error.h"
-#include "supportsdk/core/Fields.h"
-#include "supportsdk/core/QDIssue.h"
-#include "supportsdk/launcher/SupportButton.h"
-#include "supportsdk/launcher/SupportButtonDelegate.h"
-
 namespace supportsdk {
 
 namespace {
@@ -51,29 +45,6 @@ bool takeExchange(NumberReader& number) {
     return true;
 }
 
-/// What a former configuration or a button that is gone has asked for is no business of anybody.
-bool isPresent(const std::shared_ptr<SupportButton>& button,
-               const std::shared_ptr<Support>& support) {
-    return button && support && button->support == support;
-}
-
-void showConfirmation(const Support& support) {
-    // Long enough to be read.
-    constexpr std::chrono::milliseconds duration{3000};
-    support.platform->progress->showInfo(support.features.callMeButtonConfirmation.value_or(""));
-    support.platform->progress->dismissAfter(duration);
-}
-
-void tellFailure(SupportButton& button, const Localizer& localizer, const Json& response) {
-    SupportError error;
-    error.localizedDescription = localizer.localized("Unable to create issue");
-    if (const auto message = stringForKey(response, "message")) {
-        error.localizedFailureReason = localizer.localized(*message);
-    }
-    if (const auto told = button.delegate.lock())
-        told->supportButtonDidFailWithError(button, error);
-}
-
 }  // namespace
 
 std::shared_ptr<CallMeViewController> CallMeViewController::create(
@@ -87,10 +58,7 @@ void CallMeViewController::viewDidLoad() {
     phoneNumberLabel = localized("Phone Number");
     phoneNumberText = callbackNumber.value_or("");
     descriptionLabel = localized("Description");
-    placeholder = localized("Please describe what you are experiencing (optional)");
-    showPlaceholder();
-    cancelButton = localized("Cancel");
-    okButton = localized("Submit");
+    showTexts("Please describe what you are experiencing (optional)");
     enableOkButton(validatePhone(callbackNumber));
     if (const auto picture = view.lock()) picture->focusPhoneNumber();
 }
@@ -100,43 +68,30 @@ void CallMeViewController::phoneNumberDidChange(const std::string& text) {
     enableOkButton(validatePhone(text));
 }
 
-void CallMeViewController::enableOkButton(bool enable) {
-    isOkButtonEnabled_ = enable;
-    if (const auto picture = view.lock()) picture->okButtonDidChange(enable);
+void CallMeViewController::okButtonDidChange(bool enabled) {
+    if (const auto picture = view.lock()) picture->okButtonDidChange(enabled);
 }
 
-void CallMeViewController::okButtonClicked() {
-    if (!isOkButtonEnabled_) return;
-    const auto self = shared_from_this();
-    // A second tap on the way out must not call twice.
-    enableOkButton(false);
-    dismiss();
+void CallMeViewController::submit() {
     callbackNumber = phoneNumberText;
-    desc = getDescription();
     createIssue();
 }
 
-/// Nothing of it needs the dialog, which is gone by the time of the answer.
 void CallMeViewController::createIssue() {
-    const auto progress = support->platform->progress;
-    progress->showStatus(localized("Requesting callback"));
+    support->platform->progress->showStatus(localized("Requesting callback"));
     support->createIssueWithCallbackNumber(
         callbackNumber, desc,
-        [weak = std::weak_ptr(support), button = supportButton, progress](const Json& response) {
-            progress->dismiss();
-            const auto target = weak.lock();
-            const auto owner = button.lock();
-            const auto issue = firstIssue(response);
-            if (!issue || !isPresent(owner, target)) return;
-            target->saveCurrentIssue(issue);
-            showConfirmation(*target);
-        },
-        [weak = std::weak_ptr(support), button = supportButton, progress,
-         localizer = support->platform->localizer](const Json& response) {
-            progress->dismiss();
-            const auto owner = button.lock();
-            if (isPresent(owner, weak.lock())) tellFailure(*owner, *localizer, response);
-        });
+        whenIssueArrives([](Support& target, const std::shared_ptr<QDIssue>& issue) {
+            target.saveCurrentIssue(issue);
+            showConfirmation(target);
+        }),
+        whenRequestFails("Unable to create issue"));
+}
+
+void CallMeViewController::showConfirmation(const Support& support) {
+    constexpr std::chrono::milliseconds duration{3000};
+    support.platform->progress->showInfo(support.features.callMeButtonConfirmation.value_or(""));
+    support.platform->progress->dismissAfter(duration);
 }
 
 bool CallMeViewController::validatePhone(const std::optional<std::string>& text) {

@@ -17,6 +17,7 @@ class SUPPORTSDK_API CallMeViewController : public DialogViewController {
      public:
         virtual ~View() = default;
         virtual void okButtonDidChange(bool enabled) = 0;
+        /// The number is typed on a keyboard of numbers and punctuation.
         virtual void focusPhoneNumber() {}
     };
 
@@ -29,10 +30,10 @@ class SUPPORTSDK_API CallMeViewController : public DialogViewController {
 
     /// The person changed the number: any text is taken, and only a valid one can be submitted.
     void phoneNumberDidChange(const std::string& text);
-    void enableOkButton(bool enable);
-    [[nodiscard]] bool isOkButtonEnabled() const { return isOkButtonEnabled_; }
-    /// Leaves, and creates the issue. Nothing happens while the button is disabled.
-    void okButtonClicked() override;
+    /// Asks for the call with `callbackNumber` and `desc`. The issue becomes the current one.
+    void createIssue();
+    /// Shows the words of the settings, long enough to be read.
+    static void showConfirmation(const Support& support);
 
     /// Whether it is a number of the North American plan: ten digits, the area code in brackets or
     /// not, after 1 or +1 or neither, with a hyphen, point or blank between the groups or nothing.
@@ -41,20 +42,17 @@ class SUPPORTSDK_API CallMeViewController : public DialogViewController {
     std::weak_ptr<View> view;
     /// The number to begin with, set by the opener before the screen loads; then the one submitted.
     std::optional<std::string> callbackNumber;
-    /// The description as submitted.
-    std::string desc;
-
     std::string callMeLabel;
     std::string phoneNumberLabel;
     /// What stands in the field at this moment.
     std::string phoneNumberText;
 
+ protected:
+    void okButtonDidChange(bool enabled) override;
+    void submit() override;
+
  private:
     using DialogViewController::DialogViewController;
-
-    void createIssue();
-
-    bool isOkButtonEnabled_ = false;
 };
 
 }  // namespace supportsdk

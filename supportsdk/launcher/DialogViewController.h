@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
+#include "supportsdk/core/QDIssue.h"
 #include "supportsdk/core/Support.h"
 #include "supportsdk/platform/Export.h"
 #include "supportsdk/platform/Screens.h"
@@ -22,16 +24,23 @@ class SUPPORTSDK_API DialogViewController : public ScreenController {
 
     /// Leaves, and sends nothing.
     void cancelButtonClicked();
-    virtual void okButtonClicked() = 0;
+    /// Leaves, and submits, once. Nothing happens while the button is disabled.
+    void okButtonClicked();
+    void enableOkButton(bool enable);
+    [[nodiscard]] bool isOkButtonEnabled() const { return isOkButtonEnabled_; }
 
     // The description shows its placeholder while it is empty and not being edited.
     void descriptionDidBeginEditing() { hidePlaceholder(); }
     void descriptionDidEndEditing() { showPlaceholder(); }
+    /// The keyboard's own "Done": ends the editing.
+    void done() { descriptionDidEndEditing(); }
     void showPlaceholder();
     void hidePlaceholder();
     [[nodiscard]] bool isPlaceholder() const { return descriptionText == placeholder; }
     /// What the person wrote; "" for nothing.
     [[nodiscard]] std::string getDescription() const;
+    /// Light grey for the placeholder, the theme's labels' for what the person writes.
+    [[nodiscard]] Color descriptionTextColor() const;
 
     const std::shared_ptr<Support> support;
     const std::weak_ptr<SupportButton> supportButton;
@@ -43,15 +52,36 @@ class SUPPORTSDK_API DialogViewController : public ScreenController {
     std::string placeholder;
     /// What stands in the field at this moment, the placeholder included.
     std::string descriptionText;
+    /// The description as submitted.
+    std::string desc;
 
  protected:
     DialogViewController(std::shared_ptr<Support> support, std::weak_ptr<SupportButton> button);
 
-    void dismiss();
+    /// Gives the buttons and the description their texts.
+    void showTexts(const char* descriptionPlaceholder);
+    virtual void okButtonDidChange(bool enabled) { (void)enabled; }
+    /// Sends what was entered; the dialog has left.
+    virtual void submit() = 0;
+
+    // What becomes of the request. The dialog is gone by then, so nothing holds on to it or to
+    // Support. The progress text goes in any case; nothing else happens once the button is gone or
+    // has another configuration.
+
+    using IssueHandler = std::function<void(Support&, const std::shared_ptr<QDIssue>&)>;
+    /// Hands over the first issue of the answer; does nothing with an answer that has none.
+    [[nodiscard]] RestCallback whenIssueArrives(IssueHandler handler) const;
+    /// Tells the host.
+    [[nodiscard]] RestCallback whenRequestFails(const char* description) const;
+
     [[nodiscard]] std::string localized(const char* english) const;
 
  private:
     void present(ScreenController* over);
+    void dismiss();
+
+    bool isOkButtonEnabled_ = false;
+    bool isSubmitted_ = false;
 };
 
 }  // namespace supportsdk

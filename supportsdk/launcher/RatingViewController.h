@@ -40,26 +40,28 @@ class SUPPORTSDK_API RatingViewController : public DialogViewController {
     void ratingButtonClicked(std::size_t tag);
     /// Selects the stars below `ratingValue`, and no others.
     void displayRating();
-    /// Leaves, and sends the rating, 0 stars included.
-    void okButtonClicked() override;
+    /// Sends `ratingValue`, 0 included, and `desc`. Without an id the host is told, as of a failed
+    /// request. The issue stays rateable until the service has taken a rating.
     void rateIssue(const std::optional<std::string>& issueId);
     /// A rating gets no word of thanks.
-    void showConfirmation() const {}
+    static void showConfirmation() {}
 
     std::weak_ptr<View> view;
     /// Nothing here reads it.
     std::optional<std::string> callbackNumber;
     /// The host's own record of the issue, marked as rated on success; nothing in the kit sets it.
     std::shared_ptr<QDIssue> issue;
-    std::string experienceLabel;
-    /// The comment as submitted.
-    std::string desc;
+    /// Above the stars: the question. It asks for no number; hosts know it by this name.
+    std::string phoneNumberLabel;
     /// Whether each star is selected.
     std::array<bool, numberOfStars> ratingButtons{};
     /// Of a selected star and of another one; null when the kit's bundle has none.
     ImagePtr starOn;
     ImagePtr starOff;
     std::uint64_t ratingValue = 0;
+
+ protected:
+    void submit() override;
 
  private:
     using DialogViewController::DialogViewController;

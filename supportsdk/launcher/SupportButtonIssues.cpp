@@ -2,6 +2,7 @@
 #include "supportsdk/chat/QuorrandChat.h"
 #include "supportsdk/core/Fields.h"
 #include "supportsdk/core/QDIssue.h"
+#include "supportsdk/launcher/RatingAfterChat.h"
 #include "supportsdk/launcher/SupportButton.h"
 
 namespace supportsdk {
@@ -80,6 +81,7 @@ void SupportButton::displayChatWithIssue(const std::shared_ptr<QDIssue>& issue) 
     chatViewController = ChatViewController::create(support, issue);
     chatViewController->chatRoomTitle = "";
     chatViewController->isVideoUnavailable = isVideoUnavailable();
+    chatViewController->rating = ratingAfterChat(support, weak_from_this());
     displayScreen(chatViewController);
 }
 

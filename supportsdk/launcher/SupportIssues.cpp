@@ -1,5 +1,6 @@
 #include "supportsdk/core/QDIssue.h"
 #include "supportsdk/core/Support.h"
+#include "supportsdk/launcher/RatingViewController.h"
 
 namespace supportsdk {
 
@@ -66,6 +67,10 @@ void Support::refreshIssue(const std::optional<std::string>& issueId) {
             if (self && issue && !issue->isOpen()) self->rateableIssueId = issue->id;
         },
         [log = platform->log](const Json&) { log->write("failure"); });
+}
+
+void Support::displayRatingScreenFromButton(const std::shared_ptr<SupportButton>& button) {
+    RatingViewController::create(shared_from_this(), button)->showFromView();
 }
 
 std::shared_ptr<QDIssue> Support::loadCurrentIssue() {
