@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -22,7 +23,8 @@ class SUPPORTSDK_API HistoryActionPopupMenuDelegate {
 
     virtual ~HistoryActionPopupMenuDelegate() = default;
 
-    /// `entries` are all switches of the menu, in their order, with their present values.
+    /// `entries` are all switches of the menu, in their order, with their present values as
+    /// numbers.
     virtual void menuDidUpdateEntries(HistoryActionPopupMenu& menu, const Fields& entries) {
         (void)menu, (void)entries;
     }
@@ -55,6 +57,9 @@ class SUPPORTSDK_API HistoryActionPopupMenu : public ScreenController {
     /// Takes the menu away.
     void close();
 
+    /// The state of a switch; null when its value is neither a number nor a boolean.
+    [[nodiscard]] static std::optional<bool> isOn(const QDFieldModel& field);
+
     const std::shared_ptr<Support> support;
     const Fields entries;
     const std::weak_ptr<HistoryActionPopupMenuDelegate> delegate;
@@ -65,6 +70,9 @@ class SUPPORTSDK_API HistoryActionPopupMenu : public ScreenController {
  private:
     HistoryActionPopupMenu(std::shared_ptr<Support> support, Fields entries,
                            std::weak_ptr<HistoryActionPopupMenuDelegate> delegate);
+
+    /// Null when there is none.
+    [[nodiscard]] QDFieldModel* fieldOfRow(std::size_t row) const;
 };
 
 }  // namespace supportsdk

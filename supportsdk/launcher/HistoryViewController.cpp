@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "supportsdk/chat/ChatViewController.h"
-#include "supportsdk/core/DefaultsKeys.h"
 #include "supportsdk/core/EventManager.h"
 #include "supportsdk/core/EventNames.h"
 #include "supportsdk/launcher/SupportButton.h"
@@ -23,10 +22,7 @@ HistoryViewController::HistoryViewController(std::shared_ptr<Support> owner,
 void HistoryViewController::viewDidLoad() {
     title = localized("History");
     loadActionSettings();
-    leftBarButtons = {{localized("Back"), [weak = weak_from_this()] {
-                           if (const auto screen = weak.lock())
-                               static_cast<HistoryViewController&>(*screen).back();
-                       }}};
+    showBarButtons();
     support->historyDelegate = self();
     if (support->historyViewModel) {
         supportUpdateHistory(support->historyViewModel);
@@ -35,7 +31,20 @@ void HistoryViewController::viewDidLoad() {
     }
 }
 
+void HistoryViewController::showBarButtons() {
+    const std::weak_ptr<HistoryViewController> weak = self();
+    leftBarButtons = {{localized("Back"), [weak] {
+                           if (const auto screen = weak.lock()) screen->back();
+                       }}};
+    rightBarButtons = {{"...", [weak] {
+                            const auto screen = weak.lock();
+                            if (screen && !screen->rightBarButtons.empty())
+                                screen->showActionMenu(&screen->rightBarButtons.front());
+                        }}};
+}
+
 void HistoryViewController::viewWillAppear() {
+    isNavigationBarHidden = false;
     reloadTable();
     if (support->isHistoryRequested) {
         isRetrievingShown_ = true;
@@ -48,19 +57,6 @@ void HistoryViewController::viewWillDisappear() {
     // The answer leaves the text where it is, but no other screen shall wear it.
     if (std::exchange(isRetrievingShown_, false)) support->platform->progress->dismiss();
     EventManager::notify(event::historyEnded);
-}
-
-void HistoryViewController::loadActionSettings() {
-    const auto& model = support->historyViewModel;
-    if (!model) return;
-    const auto defaults = support->platform->userDefaults->standard();
-    const auto isOn = [&defaults](const char* key) {
-        return !defaults->value(key) || defaults->boolean(key);
-    };
-    model->sortDescending = isOn(defaultsKey::historySortDescending);
-    model->showOpen = isOn(defaultsKey::historyShowOpen);
-    model->showResolved = isOn(defaultsKey::historyShowResolved);
-    model->showClosed = isOn(defaultsKey::historyShowClosed);
 }
 
 void HistoryViewController::supportUpdateHistory(const std::shared_ptr<HistoryViewModel>& model) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "supportsdk/core/Support.h"
+#include "supportsdk/launcher/HistoryActionPopupMenu.h"
 #include "supportsdk/launcher/HistoryRow.h"
 #include "supportsdk/launcher/HistoryViewModel.h"
 #include "supportsdk/platform/Export.h"
@@ -17,7 +18,8 @@ class SupportButton;
 /// "History": the customer's issues, each of which opens its chat. Main thread only.
 class SUPPORTSDK_API HistoryViewController : public ScreenController,
                                              public HistoryDelegate,
-                                             public HistoryViewModelDelegate {
+                                             public HistoryViewModelDelegate,
+                                             public HistoryActionPopupMenuDelegate {
  public:
     /// What the screen asks of its picture.
     class View {
@@ -40,8 +42,23 @@ class SUPPORTSDK_API HistoryViewController : public ScreenController,
     [[nodiscard]] HistoryRow row(std::size_t index) const;
     void didSelectRow(std::size_t index);
 
-    /// Gives Support's model the stored switches; one that was never stored is on.
+    // --- The switches (HistoryViewControllerMenu.cpp) ---
+
+    /// Gives Support's model the stored switches; one that was never stored is on. The rows stay as
+    /// they are until the model is sorted again.
     void loadActionSettings();
+    /// Stores the switches of Support's model; nothing while there is none.
+    void saveActionSettings();
+    /// Loads the switches, and makes a field of each, as HistoryActionPopupMenu shows them.
+    [[nodiscard]] Fields createActionMenuEntries();
+    /// Opens the switches over this screen; nothing without the button that was pressed.
+    void showActionMenu(const BarButton* sender);
+    /// Takes the switches by their position, stores them, and sorts and shows the list again. One
+    /// that is missing or has no state stays as it was; further ones are ignored.
+    void menuDidUpdateEntries(HistoryActionPopupMenu& menu, const Fields& entries) override;
+
+    // --- The list ---
+
     void supportUpdateHistory(const std::shared_ptr<HistoryViewModel>& model) override;
     void viewModelDidSelectEntry(HistoryViewModel& model,
                                  const std::shared_ptr<QDIssue>& issue) override;
@@ -58,7 +75,9 @@ class SUPPORTSDK_API HistoryViewController : public ScreenController,
  private:
     HistoryViewController(std::shared_ptr<Support> support, std::weak_ptr<SupportButton> button);
 
+    void showBarButtons();
     void reloadTable();
+    [[nodiscard]] std::shared_ptr<HistoryViewModel> modelWithSwitches() const;
     [[nodiscard]] std::string localized(const char* english) const;
     [[nodiscard]] std::shared_ptr<HistoryViewController> self();
 

@@ -2,6 +2,7 @@
 #include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/chat/QuorrandChatMessage.h"
 #include "supportsdk/core/EventManager.h"
+#include "supportsdk/forms/QDFieldModel.h"
 #include "supportsdk/launcher/HistoryViewController.h"
 #include "supportsdk/launcher/SupportButton.h"
 #include "tests/core/SupportFixture.h"
@@ -34,6 +35,12 @@ class HistoryTest : public SupportTest {
         return all;
     }
 
+    /// Opens the switches by their button.
+    std::shared_ptr<HistoryActionPopupMenu> openMenu() {
+        screen->rightBarButtons.at(0).action();
+        return std::dynamic_pointer_cast<HistoryActionPopupMenu>(fakes.presenter->presented.back());
+    }
+
     /// Opens an issue as its row would; the chat that was pushed, or null.
     std::shared_ptr<ChatViewController> choose(const Json& record) {
         fakes.presenter->pushed.clear();
@@ -56,20 +63,64 @@ TEST_F(HistoryTest, StoredSwitchesFilterAndTheNewestComesFirst) {
     screen->viewDidLoad();
     EXPECT_EQ(rows(), "CABD");
 
-    stored().values["com.goquorrandn.history.show_open"] = false;
-    stored().values["com.goquorrandn.history.sort_descending"] = false;
-    screen->viewDidLoad();
+    const auto menu = openMenu();
+    EXPECT_TRUE(menu->setRow(0, false));
+    EXPECT_EQ(rows(), "DBAC");
+    EXPECT_TRUE(menu->setRow(1, false));
     EXPECT_EQ(rows(), "BC");
-    stored().values["com.goquorrandn.history.show_resolved"] = false;
-    screen->viewDidLoad();
-    EXPECT_EQ(rows(), "C");
+    EXPECT_EQ(stored().values["com.goquorrandn.history.show_open"], false);
+    EXPECT_EQ(stored().values["com.goquorrandn.history.show_closed"], true);
+    EXPECT_EQ(stored().flushes, 2);
+    EXPECT_FALSE(menu->setRow(4, false));
     EXPECT_EQ(support->historyViewModel->originalEntries.size(), 4U);
 
-    // A model that comes while the screen is open has every switch off until they are loaded.
-    answer(200, {{"results", records}});
-    EXPECT_EQ(rows(), "");
+    // Another launch.
+    screen = HistoryViewController::create(support, {});
     screen->viewDidLoad();
+    EXPECT_EQ(rows(), "BC");
+}
+
+TEST_F(HistoryTest, AListThatComesWhileTheScreenIsOpenWaitsForTheSwitches) {
+    stored().values["com.goquorrandn.history.show_resolved"] = false;
+    screen->viewDidLoad();
+    auto menu = openMenu();
+    EXPECT_TRUE(menu->isRowOn(3));
+    EXPECT_FALSE(menu->isRowOn(2)) << "before there is a list";
+    menu->setRow(3, false);
+
+    fakes.http->answerTo("/issues/history", 200,
+                         {{"results",
+                           {issue("A", 1, "2026-01-02 10:00:00"), issue("B", 8, ""),
+                            issue("C", 7, "2026-01-01 10:00:00")}}});
+    EXPECT_EQ(rows(), "");
+    menu = openMenu();
+    EXPECT_EQ(rows(), "") << "loaded, but not sorted";
+    std::string labels;
+    for (std::size_t row = 0; row < 5; ++row)
+        labels += menu->labelOfRow(row) + (menu->isRowOn(row) ? "+" : "-");
+    EXPECT_EQ(labels, "Sort Descending+Open+Resolved-Closed--");
+    menu->setRow(2, true);
+    EXPECT_EQ(rows(), "AC");
+    menu->close();
+    EXPECT_THAT(fakes.presenter->log, ElementsAre("dismiss "));
+}
+
+TEST_F(HistoryTest, SwitchesAreTakenByPosition) {
+    answer(200, {{"results", {issue("A", 1, ""), issue("B", 7, ""), issue("C", 8, "")}}});
+    screen->viewDidLoad();
+    const auto menu = openMenu();
+    const auto field = [](const Json& value) {
+        return std::make_shared<QDFieldModel>("Closed", "", "", value, 4);
+    };
+    screen->menuDidUpdateEntries(*menu, {});
+    EXPECT_EQ(rows(), "ABC");
+    screen->menuDidUpdateEntries(*menu, {nullptr, field(false), field(0.0), field("0"), field(1)});
     EXPECT_EQ(rows(), "C");
+    screen->menuDidUpdateEntries(*menu, {field(Json()), field(true), field(2)});
+    EXPECT_EQ(rows(), "ABC");
+    fakes.presenter->presented.clear();
+    screen->showActionMenu(nullptr);
+    EXPECT_THAT(fakes.presenter->presented, IsEmpty());
 }
 
 TEST_F(HistoryTest, WhatIsNoListLeavesTheScreenAsItIs) {
