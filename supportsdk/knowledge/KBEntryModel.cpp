@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "supportsdk/core/Fields.h"
+#include "supportsdk/knowledge/KBFamilies.h"
 
 namespace supportsdk {
 
@@ -12,8 +13,8 @@ namespace {
 /// Identifiers come as numbers from some services, and have to find each other all the same.
 std::optional<std::string> textForKey(const Json& dictionary, std::string_view key) {
     const auto* value = valueForKey(dictionary, key);
-    if (value && value->is_number()) return dumpJson(*value);
-    return stringForKey(dictionary, key);
+    if (!value) return std::nullopt;
+    return value->is_number() ? dumpJson(*value) : stringForKey(dictionary, key);
 }
 
 }  // namespace
@@ -52,6 +53,21 @@ KBEntryModel::~KBEntryModel() {
                       std::make_move_iterator(entry->children.end()));
         entry->children.clear();
     }
+}
+
+std::vector<std::shared_ptr<KBEntryModel>> KBEntryModel::addChildrenFromEntries(
+    const std::vector<std::shared_ptr<KBEntryModel>>& entries) {
+    KBFamilies families;
+    for (const auto& entry : entries) {
+        // Nothing hangs below itself: it would keep itself for ever.
+        if (entry.get() != this) families.add(entry);
+    }
+    families.adoptBy(*this);
+    std::vector<std::shared_ptr<KBEntryModel>> rest;
+    std::copy_if(entries.begin(), entries.end(), std::back_inserter(rest), [&](const auto& entry) {
+        return entry.get() == this || !families.isAdopted(*entry);
+    });
+    return rest;
 }
 
 std::vector<std::shared_ptr<KBEntryModel>> KBEntryModel::folders() const {

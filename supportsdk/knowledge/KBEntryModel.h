@@ -25,6 +25,11 @@ class SUPPORTSDK_API KBEntryModel {
 
     void addEntry(std::shared_ptr<KBEntryModel> entry) { children.push_back(std::move(entry)); }
     void addChild(std::shared_ptr<KBEntryModel> child) { children.push_back(std::move(child)); }
+    /// Hangs below this entry all of `entries` that leads to it, in their order at every level, and
+    /// returns the rest. Of entries with one identifier the first that is reached, depth first, has
+    /// the children; nobody is hung up twice, so that circles end. Linear in `entries`.
+    std::vector<std::shared_ptr<KBEntryModel>> addChildrenFromEntries(
+        const std::vector<std::shared_ptr<KBEntryModel>>& entries);
     /// The children that are folders, and those that are not.
     [[nodiscard]] std::vector<std::shared_ptr<KBEntryModel>> folders() const;
     [[nodiscard]] std::vector<std::shared_ptr<KBEntryModel>> articles() const;

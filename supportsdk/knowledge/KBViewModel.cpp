@@ -1,9 +1,10 @@
 #include "supportsdk/knowledge/KBViewModel.h"
 
-#include <string>
-#include <string_view>
-#include <unordered_map>
+#include <algorithm>
+#include <iterator>
 #include <utility>
+
+#include "supportsdk/knowledge/KBFamilies.h"
 
 namespace supportsdk {
 
@@ -15,24 +16,33 @@ constexpr std::int64_t deepestListed = 4;
 constexpr std::int64_t deepestOpenInPlace = 3;
 constexpr double indentWidth = 20.0;
 
-/// Who waits for a parent, by the parent's identifier and in the order received.
-using Orphans = std::unordered_map<std::string_view, std::vector<Entry>>;
+/// Appends rows as a list counts depths that has `baseLevel` at its top. The limit on the depth
+/// bounds the recursion.
+struct RowCollector {
+    const std::int64_t baseLevel;
+    std::vector<Entry>& rows;
 
-/// Hangs below `root` all that leads to it. Each family of orphans goes to the first parent with
-/// its identifier, so that circles end and nobody is there twice.
-void adopt(const Entry& root, Orphans& orphans) {
-    std::vector<Entry> parents{root};
-    while (!parents.empty()) {
-        const auto parent = std::move(parents.back());
-        parents.pop_back();
-        if (!parent->id) continue;
-        const auto found = orphans.find(*parent->id);
-        if (found == orphans.end()) continue;
-        parent->children = std::move(found->second);
-        orphans.erase(found);
-        for (const auto& child : parent->children) child->level = parent->level + 1;
-        parents.insert(parents.end(), parent->children.rbegin(), parent->children.rend());
+    void add(const Entry& entry) const {
+        if (entry->level - baseLevel > deepestListed) return;
+        rows.push_back(entry);
+        addBelow(*entry);
     }
+    void addBelow(const KBEntryModel& entry) const {
+        if (entry.collapsed) return;
+        for (const auto& child : entry.children) {
+            if (child->isFolder()) {
+                add(child);
+            } else {
+                rows.push_back(child);
+            }
+        }
+    }
+};
+
+std::vector<Entry> rowsBelow(const KBEntryModel& folder, std::int64_t baseLevel) {
+    std::vector<Entry> rows;
+    RowCollector{baseLevel, rows}.addBelow(folder);
+    return rows;
 }
 
 }  // namespace
@@ -67,16 +77,23 @@ std::shared_ptr<KBViewModel> KBViewModel::createWithFolder(Entry folder) {
 
 void KBViewModel::processArray(const Json& array) {
     kbRoot = std::make_shared<KBEntryModel>();
-    Orphans orphans;
+    entries.clear();
+    KBFamilies families;
     for (const auto& dictionary : array) {
         const auto& entry = entries.emplace_back(std::make_shared<KBEntryModel>(dictionary));
         if (entry->isRoot()) {
             kbRoot->addChild(entry);
-        } else if (entry->parentId) {
-            orphans[*entry->parentId].push_back(entry);
+        } else {
+            families.add(entry);
         }
     }
-    for (const auto& root : kbRoot->children) adopt(root, orphans);
+    for (const auto& root : kbRoot->children) families.adoptBy(*root);
+    updateVisibleEntries();
+}
+
+void KBViewModel::sort(std::vector<Entry>& list) {
+    std::stable_sort(list.begin(), list.end(),
+                     [](const Entry& one, const Entry& two) { return one->title < two->title; });
 }
 
 void KBViewModel::updateVisibleEntries() {
@@ -85,17 +102,36 @@ void KBViewModel::updateVisibleEntries() {
     for (const auto& child : kbRoot->children) addVisibleChildrenOfEntry(child);
 }
 
-/// The limit on the depth bounds the recursion.
-void KBViewModel::addVisibleChildrenOfEntry(const Entry& entry) {
-    if (depthOf(*entry) > deepestListed) return;
+void KBViewModel::updateVisibleEntriesFromRootEntry(const Entry& entry) {
+    visibleEntries.clear();
+    if (!entry) return;
     visibleEntries.push_back(entry);
-    if (entry->collapsed) return;
-    for (const auto& child : entry->children) {
-        if (child->isFolder()) {
-            addVisibleChildrenOfEntry(child);
-        } else {
-            visibleEntries.push_back(child);
-        }
+    for (const auto& child : entry->children) addVisibleChildrenOfEntry(child);
+}
+
+void KBViewModel::addVisibleChildrenOfEntry(const Entry& entry) {
+    RowCollector{baseLevel, visibleEntries}.add(entry);
+}
+
+/// Opens or closes the folder of a row with the outcome of updateVisibleEntries(), at the cost of
+/// its own rows.
+void KBViewModel::flip(std::size_t row) {
+    const auto folder = visibleEntries[row];
+    const auto before = rowsBelow(*folder, baseLevel);
+    folder->collapsed = !folder->collapsed;
+
+    const auto first = visibleEntries.begin() + static_cast<std::ptrdiff_t>(row + 1);
+    const auto [known, last] =
+        std::mismatch(before.begin(), before.end(), first, visibleEntries.end());
+    // Somebody else has changed entries meanwhile.
+    if (known != before.end() || (last != visibleEntries.end() && (*last)->level > folder->level))
+        return updateVisibleEntries();
+    if (folder->collapsed) {
+        visibleEntries.erase(first, last);
+    } else {
+        auto below = rowsBelow(*folder, baseLevel);
+        visibleEntries.insert(first, std::make_move_iterator(below.begin()),
+                              std::make_move_iterator(below.end()));
     }
 }
 
@@ -112,8 +148,7 @@ void KBViewModel::didSelectRow(std::size_t row) {
     } else if (depthOf(*entry) > deepestOpenInPlace) {
         if (told && !entry->children.empty()) told->viewModelDidSelectFolder(*this, entry);
     } else {
-        entry->collapsed = !entry->collapsed;
-        updateVisibleEntries();
+        flip(row);
         if (told) told->viewModelDidExpandFolder(*this, entry);
     }
 }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "supportsdk/knowledge/KBEntryModel.h"
@@ -50,18 +51,33 @@ class SUPPORTSDK_API KBViewModel {
     /// in place there are none.
     static std::shared_ptr<KBViewModel> createWithFolder(Entry folder);
 
+    /// Takes these objects in place of all entries, tree and rows.
+    void processArray(const Json& array);
+    /// By title, byte by byte; what has none comes first. The list keeps the service's order:
+    /// nothing in the kit calls this.
+    static void sort(std::vector<Entry>& list);
+
     [[nodiscard]] std::size_t numberOfRows() const { return visibleEntries.size(); }
     /// In points.
     [[nodiscard]] double indentForEntry(const KBEntryModel& entry) const;
-    /// Opens or closes a folder, or tells the delegate. A row that is not there is ignored.
+    /// Opens or closes a folder, or tells the delegate. A row that is not there is ignored. Only
+    /// the folder's own rows change: whoever changes entries by other ways calls
+    /// updateVisibleEntries().
     void didSelectRow(std::size_t row);
+    /// Lists the rows anew.
     void updateVisibleEntries();
+    /// The rows are `entry`, unless it is null, and those below it. A way for hosts.
+    void updateVisibleEntriesFromRootEntry(const Entry& entry);
+    /// Appends the row of `entry`, unless it is too deep, and those below it.
+    void addVisibleChildrenOfEntry(const Entry& entry);
 
     std::weak_ptr<KBViewModelDelegate> delegate;
     /// The level that counts as the top of this list.
     std::int64_t baseLevel = 0;
     /// Every entry received.
     std::vector<Entry> entries;
+    /// The text style of a row's title.
+    std::string titleFont = "subheadline";
     std::shared_ptr<Appearance> appearance;
     /// Its children are shown.
     Entry kbRoot;
@@ -71,8 +87,7 @@ class SUPPORTSDK_API KBViewModel {
  private:
     KBViewModel() = default;
 
-    void processArray(const Json& array);
-    void addVisibleChildrenOfEntry(const Entry& entry);
+    void flip(std::size_t row);
     /// Levels below the top of this list.
     [[nodiscard]] std::int64_t depthOf(const KBEntryModel& entry) const {
         return entry.level - baseLevel;

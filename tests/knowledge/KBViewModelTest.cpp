@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+#include <set>
 #include <string>
 
 namespace supportsdk::test {
@@ -101,15 +104,197 @@ TEST(KBViewModel, FoldersFoldDownToDepthThreeAndDeeperOnesOpenElsewhere) {
     EXPECT_THAT(told->log, ElementsAre("expand 3", "expand 3", "folder 4", "entry a5"));
 }
 
-TEST(KBViewModel, AChainOfAnyLengthIsBuiltAndTakenApart) {
-    auto model = KBViewModel::createWithArray(staircase(25'000));
-    EXPECT_EQ(model->entries.back()->level, 25'000);
-    EXPECT_EQ(model->numberOfRows(), 9U);
+/// Every entry below `top`, each behind its level, and in brackets what hangs below it.
+std::string outline(const KBEntryModel& top) {
+    std::string text;
+    for (const auto& child : top.children)
+        text += std::to_string(child->level) + *child->title + "(" + outline(*child) + ")";
+    return text;
+}
+
+/// The tree and its rows by lists alone: slow, and endless where an identifier comes back below
+/// itself.
+class PlainRule {
+ public:
+    explicit PlainRule(const Json& array) : bound_(array.size() + 1) {
+        List pending;
+        for (const auto& dictionary : array) {
+            all_.push_back(std::make_shared<KBEntryModel>(dictionary));
+            (all_.back()->isRoot() ? root->children : pending).push_back(all_.back());
+        }
+        while (!pending.empty()) {
+            const auto length = pending.size();
+            for (const auto& child : root->children) pending = addChildren(*child, pending, 0);
+            if (pending.size() == length) pending.clear();
+        }
+        const bool isSingle = root->children.size() == 1;
+        if (isSingle) root = KBViewModel::Entry(root->children.front());
+        baseLevel = root->level + (isSingle ? 0 : 1);
+    }
+    ~PlainRule() {
+        for (const auto& entry : all_) entry->children.clear();
+    }
+    PlainRule(const PlainRule&) = delete;
+    PlainRule& operator=(const PlainRule&) = delete;
+
+    [[nodiscard]] std::vector<std::string> rows() const {
+        std::vector<std::string> all;
+        for (const auto& child : root->children) list(*child, all);
+        return all;
+    }
+
+    KBViewModel::Entry root = std::make_shared<KBEntryModel>();
+    std::int64_t baseLevel = 0;
+    bool isEndless = false;
+
+ private:
+    using List = std::vector<KBViewModel::Entry>;
+
+    List addChildren(KBEntryModel& parent, const List& pending, std::size_t depth) {
+        isEndless = isEndless || depth > bound_;
+        if (isEndless) return {};
+        List rest = pending;
+        for (const auto& entry : pending) {
+            if (!parent.id || entry->parentId != parent.id) continue;
+            entry->level = parent.level + 1;
+            rest = addChildren(*entry, rest, depth + 1);
+            parent.children.push_back(entry);
+            rest.erase(std::remove(rest.begin(), rest.end(), entry), rest.end());
+        }
+        return rest;
+    }
+    void list(const KBEntryModel& entry, std::vector<std::string>& all) const {
+        if (entry.level - baseLevel > 4) return;
+        all.push_back(row(entry));
+        for (const auto& child : entry.children) {
+            if (child->isFolder()) {
+                list(*child, all);
+            } else {
+                all.push_back(row(*child));
+            }
+        }
+    }
+    [[nodiscard]] std::string row(const KBEntryModel& entry) const {
+        return std::to_string((entry.level - baseLevel + 1) * 20) + " " + *entry.title;
+    }
+
+    const std::size_t bound_;
+    List all_;
+};
+
+/// Up to 60 entries that find, lose, double and encircle each other.
+Json randomEntries(std::mt19937& random) {
+    const auto upTo = [&random](int last) { return static_cast<int>(random() % (last + 1)); };
+    const int count = upTo(60);
+    const int names = 1 + upTo(count * (1 + upTo(2)));
+    const int oftenUnique = upTo(9);
+    Json all = Json::array();
+    for (int number = 0; number < count; ++number) {
+        const int type = upTo(9) == 0 ? root : upTo(6) == 0 ? article : folder;
+        auto made = entry("n" + std::to_string(number), type);
+        made["id"] = upTo(9) < oftenUnique ? number % names : upTo(names);
+        made["parent_id"] = upTo(3) > 0 ? upTo(std::min(number, names)) : upTo(names);
+        if (upTo(1) == 0) made["id"] = std::to_string(made["id"].get<int>());
+        if (upTo(30) == 0) made["id"] = Json();
+        if (upTo(30) == 0) made.erase("parent_id");
+        all.push_back(made);
+    }
+    if (upTo(1) == 0) std::shuffle(all.begin(), all.end(), random);
+    return all;
+}
+
+TEST(KBViewModel, EqualsThePlainRuleWhereverThatEnds) {
+    std::mt19937 random(1);
+    int compared = 0;
+    int endless = 0;
+    std::int64_t deepest = 0;
+    while (compared < 2'000) {
+        const auto array = randomEntries(random);
+        const auto model = KBViewModel::createWithArray(array);
+        const PlainRule plain(array);
+        if (plain.isEndless) {
+            ++endless;
+            std::set<const KBEntryModel*> seen;
+            for (const auto& entry : model->entries) {
+                for (const auto& child : entry->children) {
+                    EXPECT_TRUE(seen.insert(child.get()).second) << array;
+                    EXPECT_EQ(child->level, entry->level + 1) << array;
+                }
+            }
+            continue;
+        }
+        ++compared;
+        ASSERT_EQ(outline(*model->kbRoot), outline(*plain.root)) << array;
+        ASSERT_EQ(model->baseLevel, plain.baseLevel);
+        ASSERT_EQ(rows(*model), plain.rows()) << array;
+        for (const auto& entry : model->entries) deepest = std::max(deepest, entry->level);
+        for (int tap = 0; tap < 6 && model->numberOfRows() > 0; ++tap) {
+            model->didSelectRow(random() % model->numberOfRows());
+            const auto folded = model->visibleEntries;
+            model->updateVisibleEntries();
+            ASSERT_EQ(folded, model->visibleEntries) << array;
+        }
+    }
+    EXPECT_GT(endless, 100);
+    EXPECT_GT(deepest, 8);
+}
+
+TEST(KBViewModel, AHundredThousandEntriesOfAnyShape) {
+    constexpr std::size_t count = 100'000;
+    Json all = Json::array({entry("0", root)});
+    for (std::size_t number = 1; number < count; ++number)
+        all.push_back(entry(std::to_string(number), folder, std::to_string(number - 1)));
+    const auto expect = [&all](std::size_t adopted, std::size_t rows) {
+        const auto model = KBViewModel::createWithArray(all);
+        std::size_t found = 0;
+        for (const auto& each : model->entries) found += each->children.size();
+        EXPECT_EQ(found, adopted);
+        EXPECT_EQ(model->numberOfRows(), rows);
+        return model;
+    };
+    auto deep = expect(count - 1, 4);
+    EXPECT_EQ(deep->entries.back()->level, count - 1);
     // The folder alone keeps everything below it.
-    const auto deep = KBViewModel::createWithFolder(model->visibleEntries[7]);
-    model.reset();
-    EXPECT_EQ(deep->kbRoot->folders().front()->level, 5);
-    EXPECT_EQ(deep->numberOfRows(), 0U);
+    const auto pushed = KBViewModel::createWithFolder(deep->visibleEntries[3]);
+    deep.reset();
+    EXPECT_EQ(pushed->kbRoot->folders().front()->level, 5);
+    EXPECT_EQ(pushed->numberOfRows(), 0U);
+
+    std::shuffle(all.begin(), all.end(), std::mt19937(1));
+    expect(count - 1, 4);
+    for (auto& each : all) {
+        // All of them lead to each other, and the root to none.
+        if (each["id"] == "1") each["parent_id"] = std::to_string(count - 1);
+    }
+    expect(0, 0);
+    for (auto& each : all) each["parent_id"] = "0";
+    expect(count - 1, count - 1);
+}
+
+TEST(KBViewModel, ChangesFromElsewhereShowWithTheNextFold) {
+    const auto model = KBViewModel::createWithArray(staircase(3));
+    const auto unfolded = rows(*model);
+    // The host has closed the folder without telling the list, and a tap opens it again.
+    model->visibleEntries[1]->setCollapsed(true);
+    model->didSelectRow(1);
+    EXPECT_EQ(rows(*model), unfolded);
+    model->visibleEntries[3]->children.clear();
+    model->didSelectRow(1);
+    EXPECT_THAT(rows(*model), ElementsAre("40 a1", "40 1"));
+
+    const auto top = KBViewModel::createWithArray(staircase(2));
+    top->updateVisibleEntriesFromRootEntry(top->kbRoot);
+    EXPECT_THAT(rows(*top), ElementsAre("20 0", "40 a1", "40 1", "60 a2", "60 2"));
+    const auto rest = top->kbRoot->addChildrenFromEntries(
+        {top->kbRoot, std::make_shared<KBEntryModel>(entry("late", article, "0")),
+         std::make_shared<KBEntryModel>(entry("lost", article, "nobody"))});
+    top->updateVisibleEntries();
+    EXPECT_EQ(rows(*top).back(), "40 late");
+    EXPECT_THAT(rest, ElementsAre(top->kbRoot,
+                                  testing::Pointee(testing::Field(&KBEntryModel::title, "lost"))));
+    KBViewModel::sort(top->entries);
+    EXPECT_EQ(top->entries.front()->title, "0");
+    EXPECT_EQ(top->entries.back()->title, "a2");
 }
 
 }  // namespace
