@@ -170,7 +170,12 @@ class LoopbackHttpServer::Connection : public LoopbackConnection {
     bool reset_ = false;
 };
 
-LoopbackHttpServer::LoopbackHttpServer(std::shared_ptr<SSL_CTX> tls) : tls_(std::move(tls)) {
+LoopbackHttpServer::LoopbackHttpServer(const std::optional<service::CertificateFiles>& identity) {
+    if (identity) {
+        tls_.reset(SSL_CTX_new(TLS_server_method()), SSL_CTX_free);
+        SSL_CTX_use_certificate_file(tls_.get(), identity->certificate.c_str(), SSL_FILETYPE_PEM);
+        SSL_CTX_use_PrivateKey_file(tls_.get(), identity->key.c_str(), SSL_FILETYPE_PEM);
+    }
     listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;

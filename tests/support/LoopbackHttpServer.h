@@ -1,5 +1,7 @@
 #pragma once
 
+#include <openssl/ssl.h>
+
 #include <atomic>
 #include <chrono>
 #include <functional>
@@ -13,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/support/TestCertificates.h"
+#include "service/prosody/CertificateAuthority.h"
 
 namespace supportsdk::test {
 
@@ -53,9 +55,8 @@ class LoopbackHttpServer {
     using Handler = std::function<void(const RecordedRequest&, LoopbackConnection&)>;
     using Headers = std::vector<std::pair<std::string, std::string>>;
 
-    LoopbackHttpServer() : LoopbackHttpServer(nullptr) {}
-    /// https with `tls`, http when it is null.
-    explicit LoopbackHttpServer(std::shared_ptr<SSL_CTX> tls);
+    /// https with a certificate, http without.
+    explicit LoopbackHttpServer(const std::optional<service::CertificateFiles>& identity = {});
     ~LoopbackHttpServer();
     LoopbackHttpServer(const LoopbackHttpServer&) = delete;
     LoopbackHttpServer& operator=(const LoopbackHttpServer&) = delete;

@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <sstream>
 
 namespace supportsdk::test {
@@ -40,21 +39,8 @@ std::string MdnsResponder::obstacle() {
 }
 
 MdnsResponder::MdnsResponder() {
-    const auto socket = (folder_.path / "bus").string();
-    std::ofstream(folder_.path / "bus.conf")
-        << "<busconfig><type>system</type><listen>unix:path=" << socket
-        << "</listen><auth>EXTERNAL</auth><policy context='default'>"
-           "<allow send_destination='*'/><allow receive_sender='*'/>"
-           "<allow own='*'/></policy></busconfig>";
-    std::ofstream(folder_.path / "avahi.conf") << "[server]\nhost-name=device\nuse-ipv6=no\n";
-    setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + socket).c_str(), 1);
-}
-
-bool MdnsResponder::startBus() {
-    bus_ = std::make_unique<LineProcess>(std::vector<std::string>{
-        "dbus-daemon", "--config-file=" + (folder_.path / "bus.conf").string(), "--nofork",
-        "--nopidfile", "--nosyslog", "--print-address=1"});
-    return bus_->awaitLine("unix:path=");
+    folder_.write("avahi.conf", "[server]\nhost-name=device\nuse-ipv6=no\n");
+    setenv("DBUS_SYSTEM_BUS_ADDRESS", bus_.address().c_str(), 1);
 }
 
 bool MdnsResponder::startDaemon() {

@@ -5,8 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "tests/support/LineProcess.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/MessageBus.h"
 
 namespace supportsdk::test {
 
@@ -23,16 +22,16 @@ class MdnsResponder {
     MdnsResponder& operator=(const MdnsResponder&) = delete;
 
     /// These return when it is ready, or false.
-    bool startBus();
+    bool startBus() { return bus_.start(); }
     bool startDaemon();
     /// As a crash would end them.
-    void stopBus() { bus_.reset(); }
+    void stopBus() { bus_.stop(); }
     void stopDaemon() { daemon_.reset(); }
     bool renameDevice(const std::string& name);
 
  private:
     TemporaryFolder folder_;
-    std::unique_ptr<LineProcess> bus_;
+    MessageBus bus_{"system"};
     std::unique_ptr<LineProcess> daemon_;
 };
 

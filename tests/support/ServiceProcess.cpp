@@ -1,41 +1,12 @@
 #include "tests/support/ServiceProcess.h"
 
-#include <fcntl.h>
 #include <httplib.h>
-#include <poll.h>
-#include <sys/prctl.h>
-#include <sys/syscall.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <array>
 #include <csignal>
 
 namespace supportsdk::test {
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-using std::chrono::milliseconds;
-
-int remaining(Clock::time_point deadline) {
-    const auto left = std::chrono::duration_cast<milliseconds>(deadline - Clock::now());
-    return static_cast<int>(std::max<milliseconds::rep>(left.count(), 0));
-}
-
-std::string readLine(int descriptor, milliseconds limit) {
-    const auto deadline = Clock::now() + limit;
-    std::string line;
-    while (!line.ends_with('\n')) {
-        pollfd entry{descriptor, POLLIN, 0};
-        if (poll(&entry, 1, remaining(deadline)) <= 0) break;
-        std::array<char, 4096> buffer{};
-        const auto got = read(descriptor, buffer.data(), buffer.size());
-        if (got <= 0) break;
-        line.append(buffer.data(), static_cast<std::size_t>(got));
-    }
-    return line;
-}
 
 std::optional<Json> objectOf(const httplib::Result& result) {
     if (!result || result->status != 200) return std::nullopt;
@@ -51,58 +22,20 @@ httplib::Client clientFor(const std::string& address) {
 
 }  // namespace
 
-bool processEnds(pid_t pid, milliseconds limit) {
-    const int descriptor = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
-    if (descriptor < 0) return true;
-    pollfd entry{descriptor, POLLIN, 0};
-    const bool ended = poll(&entry, 1, static_cast<int>(limit.count())) == 1;
-    close(descriptor);
-    return ended;
-}
-
 std::unique_ptr<ServiceProcess> ServiceProcess::start(const std::vector<std::string>& arguments) {
     std::unique_ptr<ServiceProcess> service(new ServiceProcess);
-    auto pattern = (std::filesystem::temp_directory_path() / "service-test-XXXXXX").string();
-    if (!mkdtemp(pattern.data())) return nullptr;
-    service->folder_ = pattern;
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) return nullptr;
-    const bool launched = service->launch(arguments, ends[1]);
-    close(ends[1]);
-    if (launched) {
-        service->ready_ = Json::parse(readLine(ends[0], std::chrono::seconds{10}), nullptr, false);
-    }
-    close(ends[0]);
-    if (!service->ready_.is_object()) return nullptr;
-    return service;
-}
-
-bool ServiceProcess::launch(const std::vector<std::string>& arguments, int output) {
     std::vector<std::string> words{SUPPORTSDK_BINARY_DIR "/service/support-service", "--data",
-                                   (folder_ / "state").string()};
+                                   service->folder_.path / "state"};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> pointers;
-    for (auto& word : words) pointers.push_back(word.data());
-    pointers.push_back(nullptr);
-
-    const pid_t parent = getpid();
-    pid_ = fork();
-    if (pid_ != 0) return pid_ > 0;
-    prctl(PR_SET_PDEATHSIG, SIGTERM);
-    if (getppid() != parent) _exit(126);
-    dup2(output, STDOUT_FILENO);
-    execv(pointers[0], pointers.data());
-    _exit(127);
+    service->process_ = std::make_unique<LineProcess>(words, "/dev/stderr");
+    const auto line = service->process_->readLine(std::chrono::seconds{10});
+    service->ready_ = Json::parse(line.value_or(""), nullptr, false);
+    return service->ready_.is_object() ? std::move(service) : nullptr;
 }
 
 ServiceProcess::~ServiceProcess() {
     signal(SIGTERM);
-    if (pid_ > 0 && !waitForEnd(std::chrono::seconds{2})) {
-        signal(SIGKILL);
-        waitForEnd(std::chrono::seconds{2});
-    }
-    std::error_code error;
-    if (!folder_.empty()) std::filesystem::remove_all(folder_, error);
+    waitForEnd(std::chrono::seconds{2});
 }
 
 std::string ServiceProcess::text(const char* key) const {
@@ -117,18 +50,6 @@ Json ServiceProcess::configuration(const std::string& integration, bool secure) 
 
 pid_t ServiceProcess::chatServerId() const {
     return ready_.at("xmpp").value("processId", -1);
-}
-
-void ServiceProcess::signal(int number) const {
-    if (pid_ > 0) kill(pid_, number);
-}
-
-std::optional<int> ServiceProcess::waitForEnd(milliseconds limit) {
-    int status = 0;
-    if (pid_ <= 0 || !processEnds(pid_, limit) || waitpid(pid_, &status, 0) != pid_)
-        return std::nullopt;
-    pid_ = -1;
-    return status;
 }
 
 std::optional<Json> ServiceProcess::get(const std::string& path) const {
@@ -151,7 +72,8 @@ bool ServiceProcess::say(const std::string& issue, const std::string& message,
 }
 
 std::optional<Json> ServiceProcess::await(const std::string& kind, const Json& where,
-                                          std::uint64_t after, milliseconds limit) const {
+                                          std::uint64_t after,
+                                          std::chrono::milliseconds limit) const {
     httplib::Params query{
         {"kind", kind}, {"after", std::to_string(after)}, {"wait", std::to_string(limit.count())}};
     for (const auto& [name, value] : where.items()) query.emplace(name, value.get<std::string>());

@@ -1,15 +1,10 @@
 #pragma once
 
-#include <sys/types.h>
-
-#include <chrono>
-#include <filesystem>
 #include <memory>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include "supportsdk/platform/Values.h"
+#include "tests/support/LineProcess.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace supportsdk::test {
 
@@ -34,12 +29,14 @@ class ServiceProcess {
     [[nodiscard]] std::string http() const { return text("http"); }
     [[nodiscard]] std::string https() const { return text("https"); }
 
-    [[nodiscard]] pid_t processId() const { return pid_; }
+    [[nodiscard]] pid_t processId() const { return process_->processId(); }
     /// Of the chat server as it was when the service got ready.
     [[nodiscard]] pid_t chatServerId() const;
-    void signal(int number) const;
-    /// The status as of waitpid(); nothing when it still runs after `limit`.
-    std::optional<int> waitForEnd(std::chrono::milliseconds limit);
+    void signal(int number) const { process_->signal(number); }
+    /// As of LineProcess.
+    std::optional<int> waitForEnd(std::chrono::milliseconds limit) const {
+        return process_->waitForEnd(limit);
+    }
 
     /// Calls below /lab; nothing when the answer is not 200 with a JSON object.
     std::optional<Json> get(const std::string& path) const;
@@ -57,15 +54,11 @@ class ServiceProcess {
 
  private:
     ServiceProcess() = default;
-    bool launch(const std::vector<std::string>& arguments, int output);
     [[nodiscard]] std::string text(const char* key) const;
 
-    std::filesystem::path folder_;
+    TemporaryFolder folder_;
     Json ready_;
-    pid_t pid_ = -1;
+    std::unique_ptr<LineProcess> process_;
 };
-
-/// True when the process has ended, or ends within `limit`.
-bool processEnds(pid_t pid, std::chrono::milliseconds limit);
 
 }  // namespace supportsdk::test

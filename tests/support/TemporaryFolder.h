@@ -2,7 +2,9 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
+#include <string_view>
 
 namespace supportsdk::test {
 
@@ -19,6 +21,14 @@ class TemporaryFolder {
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    /// Makes the folders on the way, too.
+    std::filesystem::path write(const std::filesystem::path& name, std::string_view content) const {
+        const auto file = path / name;
+        std::filesystem::create_directories(file.parent_path());
+        std::ofstream(file, std::ios::binary) << content;
+        return file;
+    }
 
     std::filesystem::path path;
 };

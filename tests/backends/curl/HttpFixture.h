@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "backends/curl/CurlHttpClient.h"
 #include "tests/support/LoopMainQueue.h"
 #include "tests/support/LoopbackHttpServer.h"
@@ -57,11 +54,12 @@ class HttpFixture : public testing::Test {
         return fetch(std::move(request));
     }
 
-    /// A file in this test's folder.
-    std::filesystem::path write(const std::string& name, const std::string& content) {
-        std::ofstream(folder.path / name) << content;
-        return folder.path / name;
+    /// One whose servers stand on loopback.
+    service::CertificateAuthority& authority(const std::string& name) {
+        auto made = service::CertificateAuthority::create(folder.path / name);
+        return *issuers.emplace_back(std::move(made));
     }
+    const service::CertificateRequest here{"here", {"localhost"}, {"127.0.0.1"}};
 
     struct LineLog : Log {
         void write(std::string_view line) override {
@@ -77,6 +75,7 @@ class HttpFixture : public testing::Test {
     };
 
     TemporaryFolder folder;
+    std::vector<std::unique_ptr<service::CertificateAuthority>> issuers;
     std::shared_ptr<LineLog> log = std::make_shared<LineLog>();
     std::shared_ptr<LoopMainQueue> queue = std::make_shared<LoopMainQueue>();
     std::unique_ptr<CurlHttpClient> client;

@@ -62,14 +62,14 @@ TEST_F(HttpRedirects, endSomewhere) {
 }
 
 TEST_F(HttpRedirects, neverLeadFromHttpsToHttp) {
-    const TestAuthority authority;
-    LoopbackHttpServer secure(authority.serverContext());
+    auto& ours = authority("ours");
+    LoopbackHttpServer secure(ours.issue(here));
     LoopbackHttpServer plain;
     plain.answer("/a", 200, "clear");
     plain.answer("/up", 302, "", {{"Location", secure.url("/b")}});
     secure.answer("/down", 302, "", {{"Location", plain.url("/a")}});
     secure.answer("/b", 200, "secure");
-    makeClient({write("authority.pem", authority.pem())});
+    makeClient({ours.certificate()});
     const auto response = get(secure.url("/down"));
     EXPECT_EQ(response.status, 302);
     EXPECT_EQ(response.error, "The server redirected to an address that is not secure.");

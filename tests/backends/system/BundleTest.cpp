@@ -1,7 +1,7 @@
 #include <sys/stat.h>
 
 #include "backends/system/DirectoryBundle.h"
-#include "tests/backends/system/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace supportsdk::test {
 namespace {
@@ -16,7 +16,7 @@ class BundleTest : public testing::Test {
     }
 
     TemporaryFolder folder;
-    DirectoryBundle bundle{folder.path() / "bundle"};
+    DirectoryBundle bundle{folder.path / "bundle"};
 };
 
 TEST_F(BundleTest, ReadsResourcesAndTheStringsOfItsInformation) {
@@ -38,15 +38,15 @@ TEST_F(BundleTest, NoNameLeadsOutOfTheFolder) {
     folder.write("bundle/in.json", "in");
     const auto secret = folder.write("secret.json", "out");
     folder.write("bundle-neighbour/near.json", "out");
-    fs::create_symlink(secret, folder.path() / "bundle/link.json");
-    fs::create_directory_symlink(folder.path(), folder.path() / "bundle/up");
-    fs::create_symlink("in.json", folder.path() / "bundle/inner.json");
+    fs::create_symlink(secret, folder.path / "bundle/link.json");
+    fs::create_directory_symlink(folder.path, folder.path / "bundle/up");
+    fs::create_symlink("in.json", folder.path / "bundle/inner.json");
 
     for (const std::string name : {"../secret", "x/../../secret", "link", "up/secret",
                                    "up/bundle-neighbour/near", "..", "."}) {
         EXPECT_EQ(bundle.path(name, "json"), std::nullopt) << name;
     }
-    EXPECT_EQ(bundle.path((folder.path() / "secret").string(), "json"), std::nullopt);
+    EXPECT_EQ(bundle.path((folder.path / "secret").string(), "json"), std::nullopt);
     EXPECT_EQ(bundle.path(std::string("in.json\0/../../x", 16), ""), std::nullopt);
     EXPECT_EQ(bundle.path("", ""), std::nullopt);
     EXPECT_EQ(bundle.path("up", ""), std::nullopt);
@@ -56,14 +56,14 @@ TEST_F(BundleTest, NoNameLeadsOutOfTheFolder) {
 TEST_F(BundleTest, PipesHugeFilesAndBrokenInformationGiveNothing) {
     folder.write("bundle/Info.json", "[[[");
     folder.write("bundle/huge.bin", "");
-    fs::resize_file(folder.path() / "bundle/huge.bin", DirectoryBundle::maximumFileBytes + 1);
-    ASSERT_EQ(mkfifo((folder.path() / "bundle/pipe").c_str(), 0600), 0);
+    fs::resize_file(folder.path / "bundle/huge.bin", DirectoryBundle::maximumFileBytes + 1);
+    ASSERT_EQ(mkfifo((folder.path / "bundle/pipe").c_str(), 0600), 0);
 
     EXPECT_EQ(text("huge", "bin"), std::nullopt);
     EXPECT_EQ(text("pipe", ""), std::nullopt);
     EXPECT_EQ(bundle.identifier(), std::nullopt);
     EXPECT_EQ(DirectoryBundle({}).data("Info", "json"), std::nullopt);
-    EXPECT_EQ(DirectoryBundle(folder.path() / "nowhere").identifier(), std::nullopt);
+    EXPECT_EQ(DirectoryBundle(folder.path / "nowhere").identifier(), std::nullopt);
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include "backends/system/LinuxDevice.h"
 #include "backends/system/Logs.h"
 #include "backends/system/SystemClock.h"
-#include "tests/backends/system/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace supportsdk::test {
 namespace {
@@ -15,25 +15,25 @@ TEST(LinuxDevice, TakesTheFirstKnownFactAndMakesItFitForAHeader) {
     folder.write("etc/os-release", "NAME=\"X\"\nVERSION_ID=\"12\"\n");
     folder.write("sys/class/dmi/id/product_name", "  Model\x01\xc3\xa9 9 \n");
     folder.write("proc/device-tree/model", std::string_view("Board\0", 6));
-    const LinuxDevice device(folder.path());
+    const LinuxDevice device(folder.path);
     EXPECT_EQ(device.systemVersion(), "12");
     EXPECT_EQ(device.model(), "Model 9");
 
-    std::filesystem::remove_all(folder.path() / "sys");
-    std::filesystem::remove_all(folder.path() / "etc");
-    const LinuxDevice board(folder.path());
+    std::filesystem::remove_all(folder.path / "sys");
+    std::filesystem::remove_all(folder.path / "etc");
+    const LinuxDevice board(folder.path);
     EXPECT_EQ(board.model(), "Board");
     EXPECT_NE(board.systemVersion(), "") << "the kernel's release stands in";
 }
 
 TEST(FileLog, AppendsWholeLinesThatForeignTextCannotForge) {
     const TemporaryFolder folder;
-    const auto file = folder.path() / "kit.log";
+    const auto file = folder.path / "kit.log";
     FileLog log(file);
     EXPECT_FALSE(std::filesystem::exists(file));
     log.write("one\nforged\x1b[2J");
     FileLog(file).write("two");
-    FileLog(folder.path() / "no/such/folder").write("dropped");
+    FileLog(folder.path / "no/such/folder").write("dropped");
 
     std::ifstream in(file);
     const std::string text{std::istreambuf_iterator<char>(in), {}};

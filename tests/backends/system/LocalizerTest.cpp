@@ -2,7 +2,7 @@
 
 #include "backends/system/GettextLocalizer.h"
 #include "supportsdk/platform/Values.h"
-#include "tests/backends/system/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace supportsdk::test {
 namespace {
@@ -35,14 +35,14 @@ TEST(GettextLocalizer, ADamagedCatalogueIsAsGoodAsNone) {
     // Every prefix, and every word of the header and the first table set to the largest number.
     for (std::size_t length = 0; length < whole.size(); length += 61) {
         folder.write("de/LC_MESSAGES/supportsdk.mo", whole.substr(0, length));
-        const auto text = GettextLocalizer(folder.path(), {"de"}).localized("Cancel");
+        const auto text = GettextLocalizer(folder.path, {"de"}).localized("Cancel");
         EXPECT_TRUE(text == "Cancel" || text == "Abbrechen");
     }
     for (std::size_t offset = 0; offset < 96; offset += 4) {
         auto bent = whole;
         bent.replace(offset, 4, "\xff\xff\xff\xff");
         folder.write("de/LC_MESSAGES/supportsdk.mo", bent);
-        const auto text = GettextLocalizer(folder.path(), {"de"}).localized("Cancel");
+        const auto text = GettextLocalizer(folder.path, {"de"}).localized("Cancel");
         EXPECT_TRUE(text == "Cancel" || text == "Abbrechen");
     }
 }

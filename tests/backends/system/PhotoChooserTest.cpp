@@ -1,8 +1,9 @@
-#include "backends/asio/AsioMainQueue.h"
 #include "backends/gio/PortalPhotoChooser.h"
 #include "backends/system/ThreadBackgroundQueue.h"
-#include "tests/backends/system/PrivateBus.h"
+#include "tests/backends/system/FakePortal.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/LoopMainQueue.h"
+#include "tests/support/MessageBus.h"
 
 namespace supportsdk::test {
 namespace {
@@ -11,7 +12,8 @@ using namespace std::chrono_literals;
 
 class PhotoChooserTest : public testing::Test {
  protected:
-    PhotoChooserTest() {
+    void SetUp() override {
+        ASSERT_TRUE(bus.start());
         setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
         chooser = std::make_unique<PortalPhotoChooser>(
             PortalPhotoChooserOptions{queue, std::make_shared<ThreadBackgroundQueue>(), log,
@@ -27,17 +29,15 @@ class PhotoChooserTest : public testing::Test {
     }
     /// What was chosen, once so many answers are there.
     std::vector<PhotoItem> waitFor(std::size_t count) {
-        const auto deadline = std::chrono::steady_clock::now() + 20s;
-        while (answers.size() < count && std::chrono::steady_clock::now() < deadline)
-            queue->runOne(100ms);
+        EXPECT_TRUE(queue->pumpUntil([&] { return answers.size() >= count; }, 20s));
         EXPECT_EQ(answers.size(), count);
         return answers.empty() ? std::vector<PhotoItem>() : answers.back();
     }
 
-    PrivateBus bus;
+    MessageBus bus{"session"};
     TemporaryFolder folder;
     std::shared_ptr<FakeLog> log = std::make_shared<FakeLog>();
-    std::shared_ptr<AsioMainQueue> queue = std::make_shared<AsioMainQueue>();
+    std::shared_ptr<LoopMainQueue> queue = std::make_shared<LoopMainQueue>();
     std::unique_ptr<PortalPhotoChooser> chooser;
     std::vector<std::vector<PhotoItem>> answers;
 };
@@ -45,10 +45,10 @@ class PhotoChooserTest : public testing::Test {
 TEST_F(PhotoChooserTest, ChosenFilesAreReadInTheirOrder) {
     folder.write("a b.png", "picture");
     const auto file = [this](const std::string& name) {
-        return "file://" + (folder.path() / name).string();
+        return "file://" + (folder.path / name).string();
     };
     FakePortal portal(bus.address(), FakePortal::Manner::opens);
-    portal.setChosen({file("a%20b.png"), file("missing"), "file://" + folder.path().string(),
+    portal.setChosen({file("a%20b.png"), file("missing"), "file://" + folder.path.string(),
                       "https://example.test/x.png", "nonsense"});
     choose();
     const auto items = waitFor(1);

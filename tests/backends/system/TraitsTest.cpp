@@ -1,8 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "backends/gio/PortalTraits.h"
-#include "tests/backends/system/PrivateBus.h"
+#include "tests/backends/system/FakePortal.h"
 #include "tests/support/LoopMainQueue.h"
+#include "tests/support/MessageBus.h"
 
 namespace supportsdk::test {
 namespace {
@@ -12,7 +13,7 @@ using Manner = FakePortal::Manner;
 class TraitsTest : public testing::Test {
  protected:
     void SetUp() override {
-        ASSERT_NE(bus.address(), "") << "dbus-daemon did not start";
+        ASSERT_TRUE(bus.start());
         setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
     }
 
@@ -32,7 +33,7 @@ class TraitsTest : public testing::Test {
         portal.set("color-scheme", g_variant_new_uint32(scheme));
     }
 
-    PrivateBus bus;
+    MessageBus bus{"session"};
     std::shared_ptr<LoopMainQueue> queue = std::make_shared<LoopMainQueue>();
     std::unique_ptr<PortalTraits> traits = std::make_unique<PortalTraits>(queue);
     int told = 0;

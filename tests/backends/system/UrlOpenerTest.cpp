@@ -1,9 +1,10 @@
 #include <future>
 
-#include "backends/asio/AsioMainQueue.h"
 #include "backends/gio/PortalUrlOpener.h"
 #include "backends/system/ThreadBackgroundQueue.h"
-#include "tests/backends/system/PrivateBus.h"
+#include "tests/backends/system/FakePortal.h"
+#include "tests/support/LoopMainQueue.h"
+#include "tests/support/MessageBus.h"
 
 namespace supportsdk::test {
 namespace {
@@ -21,7 +22,7 @@ class Desktop : public testing::Environment {
         folder_.write("config/mimeapps.list",
                       "[Default Applications]\nx-scheme-handler/tel=dial.desktop\n");
         const auto set = [this](const char* name, const char* folder) {
-            setenv(name, (folder_.path() / folder).c_str(), 1);
+            setenv(name, (folder_.path / folder).c_str(), 1);
         };
         set("XDG_DATA_HOME", "share");
         set("XDG_DATA_DIRS", "none");
@@ -42,9 +43,8 @@ class UrlOpenerTest : public testing::Test {
     ~UrlOpenerTest() override { unsetenv(busVariable); }
 
     void startBus() {
-        bus = std::make_unique<PrivateBus>();
-        ASSERT_NE(bus->address(), "") << "dbus-daemon did not start";
-        setenv(busVariable, bus->address().c_str(), 1);
+        ASSERT_TRUE(bus.start());
+        setenv(busVariable, bus.address().c_str(), 1);
     }
 
     void makeOpener(std::chrono::milliseconds choiceTimeout = 20s) {
@@ -60,17 +60,12 @@ class UrlOpenerTest : public testing::Test {
             result = worked;
         });
         EXPECT_FALSE(result) << "completed inside the call";
-        return wait();
-    }
-
-    std::optional<bool> wait() {
-        const auto deadline = std::chrono::steady_clock::now() + 20s;
-        while (!result && std::chrono::steady_clock::now() < deadline) queue->runOne(100ms);
+        queue->pumpUntil([this] { return result.has_value(); }, 20s);
         return result;
     }
 
-    std::unique_ptr<PrivateBus> bus;
-    std::shared_ptr<AsioMainQueue> queue = std::make_shared<AsioMainQueue>();
+    MessageBus bus{"session"};
+    std::shared_ptr<LoopMainQueue> queue = std::make_shared<LoopMainQueue>();
     std::shared_ptr<ThreadBackgroundQueue> background = std::make_shared<ThreadBackgroundQueue>();
     std::optional<bool> result;
     std::unique_ptr<PortalUrlOpener> opener;
@@ -85,7 +80,7 @@ TEST_F(UrlOpenerTest, ThePortalsAnswerDecides) {
         {refuses, false}, {staysSilent, false}, {foreignAnswer, false}};
     for (const auto& [manner, expected] : cases) {
         std::promise<std::string> url;
-        const FakePortal portal(bus->address(), manner,
+        const FakePortal portal(bus.address(), manner,
                                 [&](const std::string& asked) { url.set_value(asked); });
         EXPECT_EQ(open("https://example.test/?a=b c"), expected) << static_cast<int>(manner);
         EXPECT_EQ(url.get_future().get(), "https://example.test/?a=b c");
@@ -102,20 +97,20 @@ TEST_F(UrlOpenerTest, WithoutBusOrPortalOpeningFails) {
 
     startBus();
     EXPECT_EQ(open("https://example.test/"), false) << "no portal";
-    FakePortal portal(bus->address(), FakePortal::Manner::opens);
+    FakePortal portal(bus.address(), FakePortal::Manner::opens);
     EXPECT_EQ(open("\xff\xfe"), false) << "no text";
 }
 
 TEST_F(UrlOpenerTest, TheEndOfTheBusOrOfTheOpenerEndsTheWaiting) {
     startBus();
     {
-        const FakePortal portal(bus->address(), FakePortal::Manner::staysSilent,
+        const FakePortal portal(bus.address(), FakePortal::Manner::staysSilent,
                                 [&](const std::string&) { queue->post([&] { opener.reset(); }); });
         makeOpener();
         EXPECT_EQ(open("https://example.test/"), false);
     }
-    const FakePortal portal(bus->address(), FakePortal::Manner::staysSilent,
-                            [&](const std::string&) { queue->post([&] { bus->stop(); }); });
+    const FakePortal portal(bus.address(), FakePortal::Manner::staysSilent,
+                            [&](const std::string&) { queue->post([&] { bus.stop(); }); });
     makeOpener();
     EXPECT_EQ(open("https://example.test/"), false);
 }

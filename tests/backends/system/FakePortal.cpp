@@ -1,12 +1,6 @@
-#include "tests/backends/system/PrivateBus.h"
+#include "tests/backends/system/FakePortal.h"
 
-#include <poll.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <array>
+#include <algorithm>
 #include <future>
 
 namespace supportsdk::test {
@@ -38,51 +32,7 @@ constexpr const char* portalInterface = R"(<node>
   </interface>
 </node>)";
 
-std::string readLine(int descriptor) {
-    std::string line;
-    for (char letter = 0; letter != '\n'; line += letter) {
-        pollfd ready{descriptor, POLLIN, 0};
-        if (poll(&ready, 1, 10'000) <= 0 || read(descriptor, &letter, 1) != 1) return {};
-    }
-    line.pop_back();
-    return line;
-}
-
 }  // namespace
-
-PrivateBus::PrivateBus() {
-    const auto socket = (folder_.path() / "bus").string();
-    const auto config =
-        folder_.write("bus.conf", "<busconfig><type>session</type><listen>unix:path=" + socket +
-                                      "</listen><auth>EXTERNAL</auth>"
-                                      "<policy context='default'>"
-                                      "<allow send_destination='*'/><allow own='*'/>"
-                                      "<allow eavesdrop='false'/></policy></busconfig>");
-    std::array<int, 2> pipe{};
-    if (::pipe(pipe.data()) != 0) return;
-    const std::string configOption = "--config-file=" + config.string();
-    std::vector<const char*> arguments = {"dbus-daemon", configOption.c_str(), "--nofork",
-                                          "--nopidfile", "--nosyslog",         "--print-address=1",
-                                          nullptr};
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, pipe[1], STDOUT_FILENO);
-    posix_spawn_file_actions_addclose(&actions, pipe[0]);
-    posix_spawn_file_actions_addclose(&actions, pipe[1]);
-    const int failed = posix_spawnp(&process_, arguments[0], &actions, nullptr,
-                                    const_cast<char**>(arguments.data()), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    close(pipe[1]);
-    if (failed == 0) address_ = readLine(pipe[0]);
-    close(pipe[0]);
-}
-
-void PrivateBus::stop() {
-    if (process_ <= 0) return;
-    kill(process_, SIGKILL);
-    waitpid(process_, nullptr, 0);
-    process_ = -1;
-}
 
 FakePortal::FakePortal(const std::string& address, Manner manner, Asked asked)
     : manner_(manner), asked_(std::move(asked)) {

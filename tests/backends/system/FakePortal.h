@@ -8,30 +8,9 @@
 #include <thread>
 #include <vector>
 
-#include "tests/backends/system/TemporaryFolder.h"
-
 namespace supportsdk::test {
 
-/// A session bus for this test alone, in a child process.
-class PrivateBus {
- public:
-    PrivateBus();
-    ~PrivateBus() { stop(); }
-    PrivateBus(const PrivateBus&) = delete;
-    PrivateBus& operator=(const PrivateBus&) = delete;
-
-    /// Ends the bus as a crash would.
-    void stop();
-    /// "" when the bus could not be started.
-    [[nodiscard]] const std::string& address() const { return address_; }
-
- private:
-    TemporaryFolder folder_;
-    int process_ = -1;
-    std::string address_;
-};
-
-/// A desktop portal on that bus, on a thread of its own.
+/// A desktop portal on a session bus, on a thread of its own.
 class FakePortal {
  public:
     enum class Manner {
