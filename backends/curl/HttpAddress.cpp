@@ -3,7 +3,10 @@
 #include <arpa/inet.h>
 #include <curl/curl.h>
 
+#include <algorithm>
 #include <memory>
+#include <string_view>
+#include <utility>
 
 namespace supportsdk {
 namespace {
@@ -25,25 +28,38 @@ std::string part(CURLU* url, CURLUPart which, unsigned int flags = 0) {
     return text;
 }
 
-bool isHexDigit(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-}
-
+/// Of RFC 3986, section 2. A percent sign stays as it is, whatever follows: it may begin an escape.
 bool isAllowed(char c) {
     constexpr std::string_view kForbidden = "\"<>\\^`{|}";
     return c > 0x20 && c < 0x7f && kForbidden.find(c) == std::string_view::npos;
 }
 
-/// Only characters of RFC 3986, section 2; a percent sign begins an encoded byte.
-bool isWellFormed(std::string_view text) {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (!isAllowed(text[i])) return false;
-        if (text[i] != '%') continue;
-        if (i + 2 >= text.size() || !isHexDigit(text[i + 1]) || !isHexDigit(text[i + 2])) {
-            return false;
+/// Where path, query or fragment begin.
+std::size_t endOfAuthority(std::string_view reference) {
+    const auto colon = reference.find_first_of(":/?#");
+    const bool hasScheme = colon != std::string_view::npos && reference[colon] == ':';
+    const std::size_t start = hasScheme ? colon + 1 : 0;
+    if (!reference.substr(start).starts_with("//")) return start;
+    return std::min(reference.find_first_of("/?#", start + 2), reference.size());
+}
+
+/// `reference` with percent escapes for the bytes that may not stand in a path or query: line
+/// breaks can reach the wire in no other way. Nothing when there are such bytes in scheme or
+/// authority, where an escape would name another server.
+std::optional<std::string> escaped(std::string_view reference) {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    const auto end = endOfAuthority(reference);
+    std::string text(reference.substr(0, end));
+    if (!std::all_of(text.begin(), text.end(), isAllowed)) return std::nullopt;
+    for (const char c : reference.substr(end)) {
+        if (isAllowed(c)) {
+            text += c;
+            continue;
         }
+        const auto byte = static_cast<unsigned char>(c);
+        text += {'%', kDigits[byte >> 4U], kDigits[byte & 0xFU]};
     }
-    return true;
+    return text;
 }
 
 /// What stands between "//" and the path. libcurl forgives a wrong number of slashes and decodes
@@ -58,12 +74,13 @@ bool hasPlainAuthority(std::string_view text) {
 
 }  // namespace
 
-std::optional<HttpAddress> HttpAddress::parse(const std::string& text) {
-    if (!isWellFormed(text) || !hasPlainAuthority(text)) return std::nullopt;
-    const auto url = parsed(text, CURLU_PATH_AS_IS | CURLU_DISALLOW_USER);
+std::optional<HttpAddress> HttpAddress::parse(const std::string& raw) {
+    auto text = escaped(raw);
+    if (!text || !hasPlainAuthority(*text)) return std::nullopt;
+    const auto url = parsed(*text, CURLU_PATH_AS_IS | CURLU_DISALLOW_USER);
     if (!url) return std::nullopt;
     HttpAddress address;
-    address.text_ = text;
+    address.text_ = std::move(*text);
     address.scheme_ = part(url.get(), CURLUPART_SCHEME);
     address.host_ = part(url.get(), CURLUPART_HOST);
     address.port_ = part(url.get(), CURLUPART_PORT, CURLU_DEFAULT_PORT);
@@ -75,8 +92,10 @@ std::optional<HttpAddress> HttpAddress::parse(const std::string& text) {
     return address;
 }
 
-std::optional<HttpAddress> HttpAddress::resolve(const std::string& reference) const {
-    if (reference.empty() || !isWellFormed(reference)) return std::nullopt;
+std::optional<HttpAddress> HttpAddress::resolve(const std::string& raw) const {
+    const auto escapedReference = escaped(raw);
+    if (!escapedReference || escapedReference->empty()) return std::nullopt;
+    const auto& reference = *escapedReference;
     // libcurl takes "http:x" for a host; a scheme without an authority is no http address.
     const auto colon = reference.find(':');
     const bool isAbsolute = colon < reference.find_first_of("/?#");

@@ -5,15 +5,17 @@
 
 namespace supportsdk {
 
-/// An absolute http or https address that needed no repair (RFC 3986). One that holds a user name
-/// or any character that should have been encoded does not parse.
+/// An absolute http or https address (RFC 3986). Behind its authority, bytes that may not stand in
+/// an address become percent escapes, as in browsers; before that nothing is repaired, and a user
+/// name does not parse.
 class HttpAddress {
  public:
-    [[nodiscard]] static std::optional<HttpAddress> parse(const std::string& text);
+    [[nodiscard]] static std::optional<HttpAddress> parse(const std::string& raw);
 
-    /// The address that `reference`, absolute or relative, means from here (RFC 3986, section 5).
-    [[nodiscard]] std::optional<HttpAddress> resolve(const std::string& reference) const;
+    /// The address that `raw`, absolute or relative, means from here (RFC 3986, section 5).
+    [[nodiscard]] std::optional<HttpAddress> resolve(const std::string& raw) const;
 
+    /// With its escapes.
     [[nodiscard]] const std::string& text() const { return text_; }
     /// Host and port, for people.
     [[nodiscard]] std::string name() const { return host_ + ":" + port_; }

@@ -8,6 +8,7 @@ using HttpRedirects = HttpFixture;
 TEST_F(HttpRedirects, areFollowedWithTheRightMethodAndBody) {
     LoopbackHttpServer server;
     server.answer("/302", 302, "moved", {{"Location", "/end"}});
+    server.answer("/raw", 302, "", {{"Location", "/end?q=a b \xc3\xa4"}});
     server.answer("/307", 307, "moved", {{"Location", "end?x=1"}});
     server.answer("/end", 200, "here");
     const HttpHeaders headers = {{"Content-Type", "text/plain"}, {"X-Quorrand-Key", "k"}};
@@ -22,6 +23,9 @@ TEST_F(HttpRedirects, areFollowedWithTheRightMethodAndBody) {
     arrived = server.lastRequest("/end");
     EXPECT_EQ(arrived.method + " " + arrived.target + " " + arrived.body, "POST /end?x=1 body");
     EXPECT_EQ(arrived.header("Content-Type"), "text/plain");
+
+    EXPECT_EQ(toText(get(server.url("/raw")).body), "here");
+    EXPECT_EQ(server.lastRequest("/end").target, "/end?q=a%20b%20%C3%A4");
 }
 
 TEST_F(HttpRedirects, leaveConfinedHeadersBehindForGood) {

@@ -65,6 +65,37 @@ TEST_F(HttpRequests, areSentAsTheyAre) {
     EXPECT_FALSE(server.lastRequest("/e").hasHeader("Content-Type"));
 }
 
+TEST_F(HttpRequests, takeWhateverAPersonTyped) {
+    LoopbackHttpServer server;
+    server.answer("/kb/search", 200, "found");
+    const std::string address = "/kb/search?query=";
+    const std::pair<std::string, std::string> cases[] = {
+        {"dark screen", "dark%20screen"},
+        {"Drucker geht nicht – Papierstau", "Drucker%20geht%20nicht%20%E2%80%93%20Papierstau"},
+        {"\r\nX-Evil: 1\r\n\r\nGET /evil HTTP/1.1",
+         "%0D%0AX-Evil:%201%0D%0A%0D%0AGET%20/evil%20HTTP/1.1"},
+        {std::string("\0\t\x7f\xff", 4), "%00%09%7F%FF"},
+        {"../../x", "../../x"},
+        {"a&b=c+d", "a&b=c+d"},
+        {"100% %zz %41", "100%%20%zz%20%41"},
+        {"?", "?"},
+        {R"(say "<\>^`{|}'")", "say%20%22%3C%5C%3E%5E%60%7B%7C%7D'%22"},
+        {"@evil.test:1//x", "@evil.test:1//x"},
+        {"C# crash", "C"}};
+    const auto plain = [&] {
+        get(server.url(address));
+        return server.lastRequest("/kb/search").headers;
+    }();
+    for (const auto& [text, query] : cases) {
+        EXPECT_EQ(toText(get(server.url(address + text)).body), "found") << text;
+        const auto request = server.requests().back();
+        EXPECT_EQ(request.target, address + query);
+        EXPECT_EQ(request.headers, plain) << text;
+    }
+    EXPECT_EQ(server.requests().size(), std::size(cases) + 1);
+    EXPECT_EQ(server.connections(), 1);
+}
+
 TEST_F(HttpRequests, thatCannotBeSentFailBeforeTheyTouchTheNetwork) {
     LoopbackHttpServer server;
     server.answer("/a", 200);
@@ -83,7 +114,7 @@ TEST_F(HttpRequests, thatCannotBeSentFailBeforeTheyTouchTheNetwork) {
     request.url = server.url("/a");
     request.method = "GET /evil HTTP/1.1\r\n";
     EXPECT_EQ(fetch(request).error, "The request's method is not valid.");
-    EXPECT_EQ(get(server.url("/a b")).error, "The address of the request is not valid.");
+    EXPECT_EQ(get("http://127.0.0.1:1 /a").error, "The address of the request is not valid.");
     EXPECT_EQ(server.connections(), 0);
 }
 
