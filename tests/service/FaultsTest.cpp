@@ -27,6 +27,15 @@ TEST(FaultsTest, TheOldestThatFitsStrikesAndCountsDown) {
     EXPECT_FALSE(faults.take("GET", "/a/x"));
 }
 
+TEST(FaultsTest, NonsenseIsNoFault) {
+    for (const Json& fault :
+         {Json{{"kind", "no such"}, {"path", "/"}}, Json{{"kind", "cut"}},
+          Json{{"kind", "answer"}, {"path", "/"}, {"headers", {{"A", "b\r\nC: d"}}}},
+          Json{{"kind", "delay"}, {"path", "/"}, {"milliseconds", -1}}}) {
+        EXPECT_FALSE(Fault::read(fault)) << fault;
+    }
+}
+
 TEST(FaultsTest, WhoWaitsIsLetGoAtTheEnd) {
     Faults faults;
     std::thread late([&] { faults.wait(std::chrono::hours{1}); });

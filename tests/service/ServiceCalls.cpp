@@ -2,14 +2,12 @@
 
 namespace supportsdk::test {
 
-ServiceCalls::ServiceCalls(const Json& configuration, const std::string& caFile)
+ServiceCalls::ServiceCalls(const Json& configuration)
     : headers{{"X-Quorrand-Integration", configuration.value("integrationId", "")},
               {"X-Quorrand-Key", configuration.value("apiKey", "")}},
       client_(configuration.value("apiHost", "")) {
     if (configuration.contains("partnerToken"))
         headers.emplace("X-Quorrand-Token", configuration.value("partnerToken", ""));
-    if (!caFile.empty()) client_.set_ca_cert_path(caFile);
-    client_.enable_server_certificate_verification(true);
     client_.set_read_timeout(std::chrono::seconds{10});
 }
 
@@ -25,12 +23,6 @@ Reply ServiceCalls::get(const std::string& path) {
 
 Reply ServiceCalls::post(const std::string& path, const std::string& body) {
     return replyTo(client_.Post(path, headers, body, "application/json"));
-}
-
-Reply ServiceCalls::upload(const std::string& path, const std::string& content) {
-    const httplib::MultipartFormDataItems items{{"file-data", content, "image", "image/jpeg"},
-                                                {"file_tag", "attachment", "", ""}};
-    return replyTo(client_.Post(path, headers, items));
 }
 
 Json ServiceCalls::createIssue() {

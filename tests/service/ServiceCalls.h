@@ -20,12 +20,11 @@ struct Reply {
 /// Calls a service as one of its integrations does.
 class ServiceCalls {
  public:
-    explicit ServiceCalls(const Json& configuration, const std::string& caFile = {});
+    explicit ServiceCalls(const Json& configuration);
 
     Reply get(const std::string& path);
     Reply post(const std::string& path, const std::string& body);
     Reply post(const std::string& path, const Json& body) { return post(path, body.dump()); }
-    Reply upload(const std::string& path, const std::string& content);
 
     /// A new issue of Jo Linden, as it is answered.
     Json createIssue();

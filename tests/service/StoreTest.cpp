@@ -1,16 +1,14 @@
 #include "service/state/Store.h"
 
-#include <filesystem>
-#include <fstream>
+#include "tests/support/TemporaryFolder.h"
 
 namespace supportsdk::service {
 
 namespace {
 
 TEST(StoreTest, KeepsOrderUpdatesAndBytesOverAReopening) {
-    auto folder = (std::filesystem::temp_directory_path() / "store-XXXXXX").string();
-    ASSERT_TRUE(mkdtemp(folder.data()));
-    const auto file = folder + "/state.sqlite";
+    const test::TemporaryFolder folder;
+    const auto file = folder.path / "state.sqlite";
     {
         const auto store = Store::open(file);
         ASSERT_TRUE(store);
@@ -27,9 +25,7 @@ TEST(StoreTest, KeepsOrderUpdatesAndBytesOverAReopening) {
     EXPECT_EQ(Json(store->list("k")), Json::parse(R"([{"n":4},{"n":2},{"n":3}])"));
     EXPECT_EQ(store->bytes("x"), std::string("\0\xff", 2));
     EXPECT_EQ(store->next("c", 5), 6);
-    std::ofstream(folder + "/other") << std::string(4096, 'x');
-    EXPECT_FALSE(Store::open(folder + "/other"));
-    std::filesystem::remove_all(folder);
+    EXPECT_FALSE(Store::open(folder.write("other", std::string(4096, 'x'))));
 }
 
 }  // namespace

@@ -1,12 +1,9 @@
 #include "service/prosody/ProsodyServer.h"
 
 #include <arpa/inet.h>
-#include <poll.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
-#include <csignal>
-
+#include "tests/support/LineProcess.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace supportsdk::service {
@@ -25,15 +22,6 @@ bool accepts(std::uint16_t port) {
         connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address);
     close(descriptor);
     return failed == 0;
-}
-
-bool endsWithin(pid_t process, milliseconds limit) {
-    const int descriptor = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
-    if (descriptor < 0) return errno == ESRCH;
-    pollfd entry{descriptor, POLLIN, 0};
-    const bool ended = poll(&entry, 1, static_cast<int>(limit.count())) == 1;
-    close(descriptor);
-    return ended;
 }
 
 TEST(ProsodyServer, RoomsAreSteeredAndTheirTrafficIsRead) {
@@ -66,31 +54,9 @@ TEST(ProsodyServer, RoomsAreSteeredAndTheirTrafficIsRead) {
     EXPECT_FALSE(control.kick(room, "nobody"));
     EXPECT_TRUE(control.destroyRoom(room));
     EXPECT_FALSE(control.occupants(room));
-}
 
-TEST(ProsodyServer, AWaitForEventsEndsWithTheFirstAndHoldsUpNobody) {
-    const TemporaryFolder folder;
-    ProsodyServer server({folder.path});
-    ASSERT_TRUE(server.start());
-    auto control = server.control();
-    ASSERT_TRUE(control.createRoom(server.room("r")));
-    const auto start = control.events({}, milliseconds{0});
-    ASSERT_TRUE(start);
-
-    std::optional<RoomEvents> seen;
-    std::thread reader([&] { seen = server.control().events(start->next, milliseconds{20000}); });
-    EXPECT_TRUE(control.say(server.room("r"), "n", {"<message><body>x</body></message>"}));
-    reader.join();
-    ASSERT_TRUE(seen);
-    EXPECT_EQ(seen->events.size(), 1U);
-}
-
-TEST(ProsodyServer, OnlyTheTokenOpensTheControl) {
-    const TemporaryFolder folder;
-    ProsodyServer server({folder.path});
-    ASSERT_TRUE(server.start());
     ProsodyControl stranger(server.httpPort(), server.roomsDomain(), "guess");
-    EXPECT_FALSE(stranger.createRoom(server.room("r")));
+    EXPECT_FALSE(stranger.createRoom(room));
 }
 
 TEST(ProsodyServer, ComesBackOnTheSamePortsWithItsAccounts) {
@@ -131,37 +97,13 @@ TEST(ProsodyServer, APortThatIsTakenIsAFailureNotAStranger) {
     EXPECT_FALSE(second.isRunning());
 }
 
-TEST(ProsodyServer, DiesWithAParentThatIsKilled) {
-    const TemporaryFolder folder;
-    int channel[2];
-    ASSERT_EQ(pipe(channel), 0);
-    const pid_t parent = fork();
-    ASSERT_GE(parent, 0);
-    if (parent == 0) {
-        ProsodyServer server({folder.path});
-        const pid_t child = server.start() ? server.processId() : -1;
-        if (write(channel[1], &child, sizeof child) != sizeof child) _exit(1);
-        for (;;) pause();
-    }
-    close(channel[1]);
-    pid_t child = -1;
-    const auto got = read(channel[0], &child, sizeof child);
-    close(channel[0]);
-    ASSERT_EQ(got, static_cast<ssize_t>(sizeof child));
-    ASSERT_GT(child, 0);
-    ASSERT_EQ(::kill(child, 0), 0) << "it runs while its parent does";
-    ::kill(parent, SIGKILL);
-    waitpid(parent, nullptr, 0);
-    EXPECT_TRUE(endsWithin(child, milliseconds{5000}));
-}
-
 TEST(ProsodyServer, OutlivesTheThreadThatStartedIt) {
     const TemporaryFolder folder;
     ProsodyServer server({folder.path});
     bool started = false;
     std::thread([&] { started = server.start(); }).join();
     ASSERT_TRUE(started);
-    EXPECT_FALSE(endsWithin(server.processId(), milliseconds{50}));
+    EXPECT_FALSE(test::processEnds(server.processId(), milliseconds{50}));
 }
 
 TEST(ChildProcess, SaysWhatBecameOfIt) {
