@@ -252,7 +252,8 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
 
     // --- Journeys (knowledge/SupportJourneys.cpp) ---
 
-    /// `completion` runs once the answer is in, whatever it was.
+    /// Only the latest request fills the list; `completion` runs once its own answer is in,
+    /// whatever that was.
     void getJourneysWithCompletion(std::function<void()> completion);
 
     /// The two rules by which typed calls choose their callback: strict wants "status" to be 200,
@@ -330,9 +331,11 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     void applyTheme(const ChannelTitles& titles, const Json& settings);  // theme/SupportTheme.cpp
     void attachChat();                                                   // chat/SupportChat.cpp
     void shareHeadersWithChat();                                         // chat/SupportChat.cpp
-    void historyDidArrive(const Json& response);  // launcher/SupportHistory.cpp
+    void historyDidArrive(const Json& response);   // launcher/SupportHistory.cpp
+    void journeysDidArrive(const Json& response);  // knowledge/SupportJourneys.cpp
 
     std::uint64_t latestHistoryRequest_ = 0;
+    std::uint64_t latestJourneysRequest_ = 0;
     bool isRetired_ = false;
 };
 

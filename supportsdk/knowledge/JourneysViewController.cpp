@@ -21,12 +21,18 @@ void JourneysViewController::viewDidLoad() {
 }
 
 void JourneysViewController::viewWillAppear() {
+    isNavigationBarHidden = false;
+    refresh();
     if (support->journeys.size() != 1) return;
     if (std::exchange(isJourneyShowing, false)) {
         support->platform->presenter->pop(*this);
     } else {
         showJourney(*support->journeys.front());
     }
+}
+
+void JourneysViewController::viewWillDisappear() {
+    isNavigationBarHidden = true;
 }
 
 std::size_t JourneysViewController::numberOfRows() const {
@@ -42,12 +48,16 @@ void JourneysViewController::didSelectRow(std::size_t row) {
 }
 
 void JourneysViewController::showJourney(const JourneyModel& journey) {
-    if (!journey.journey_url || journey.journey_url->empty()) return;
     const auto& platform = *support->platform;
-    platform.presenter->push(std::make_shared<JourneyViewController>(
-                                 platform, journey.title.value_or(""),
-                                 platform.localizer->localized("Done"), *journey.journey_url),
-                             *this);
+    const auto address = journey.journey_url.value_or("");
+    if (!BaseWebViewController::canShow(address)) {
+        platform.progress->showError(platform.localizer->localized("Unable to open webpage"));
+        return;
+    }
+    platform.presenter->push(
+        std::make_shared<JourneyViewController>(platform, journey.title.value_or(""),
+                                                platform.localizer->localized("Done"), address),
+        *this);
 }
 
 void JourneysViewController::back() {

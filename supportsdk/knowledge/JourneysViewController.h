@@ -27,12 +27,14 @@ class SUPPORTSDK_API JourneysViewController : public ScreenController {
     void viewDidLoad() override;
     /// Opens a single journey at once, also on the way back from it; see `isJourneyShowing`.
     void viewWillAppear() override;
+    void viewWillDisappear() override;
 
     [[nodiscard]] std::size_t numberOfRows() const;
     /// "" when there is no such row, or it has no title.
     [[nodiscard]] std::string textOfRow(std::size_t row) const;
     void didSelectRow(std::size_t row);
-    /// Pushes the journey's page; does nothing without an address.
+    /// Pushes the journey's page, or says that its address cannot be opened: see
+    /// BaseWebViewController::canShow().
     void showJourney(const JourneyModel& journey);
     /// Leaves the screen.
     void back();

@@ -1,6 +1,5 @@
-#include <cctype>
-
 #include "supportsdk/core/Fields.h"
+#include "supportsdk/core/LowerCased.h"
 #include "supportsdk/core/Support.h"
 #include "supportsdk/knowledge/JourneyModel.h"
 
@@ -12,10 +11,8 @@ namespace {
 Json withoutCredentials(Json response) {
     constexpr std::string_view prefix = "x-quorrand-";
     for (auto entry = response.begin(); entry != response.end();) {
-        std::string name = entry.key();
-        std::transform(name.begin(), name.end(), name.begin(),
-                       [](unsigned char letter) { return std::tolower(letter); });
-        entry = name.starts_with(prefix) ? response.erase(entry) : std::next(entry);
+        const bool isOurs = lowerCased(entry.key()).starts_with(prefix);
+        entry = isOurs ? response.erase(entry) : std::next(entry);
     }
     return response;
 }
@@ -31,17 +28,23 @@ void Support::getJourneysWithCompletion(std::function<void()> completion) {
         parameters["members_id"] = identity.membersId.json();
     }
     executeGet("/journeys/data", endpoint, parameters,
-               [weak = weak_from_this(), done = std::move(completion)](const Json& response) {
+               [weak = weak_from_this(), request = ++latestJourneysRequest_,
+                done = std::move(completion)](const Json& response) {
                    const auto self = weak.lock();
                    if (!self) return;
-                   if (integerForKey(response, "status") != 200) {
-                       self->platform->log->write(dumpJson(withoutCredentials(response)));
-                   } else {
-                       for (const auto& entry : arrayForKey(response, "results"))
-                           self->journeys.push_back(std::make_shared<JourneyModel>(entry));
-                   }
+                   // Of two requests the earlier may belong to a customer of before.
+                   if (request == self->latestJourneysRequest_) self->journeysDidArrive(response);
                    if (done) done();
                });
+}
+
+void Support::journeysDidArrive(const Json& response) {
+    if (integerForKey(response, "status") != 200) {
+        platform->log->write(dumpJson(withoutCredentials(response)));
+        return;
+    }
+    for (const auto& entry : arrayForKey(response, "results"))
+        journeys.push_back(std::make_shared<JourneyModel>(entry));
 }
 
 }  // namespace supportsdk

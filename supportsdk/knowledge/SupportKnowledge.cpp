@@ -25,7 +25,7 @@ void Support::getKB(std::weak_ptr<SupportDelegate> listener) {
             if (!self) return;
             self->isKBRequested = false;
             const auto& results = arrayForKey(response, "results");
-            if (results.empty()) return updateKBDelegate(listener, nullptr);
+            if (results.empty() || self->isRetired_) return updateKBDelegate(listener, nullptr);
             const auto model = KBViewModel::createWithArray(results);
             model->appearance = self->appearance;
             self->kbViewModel = model;

@@ -6,7 +6,12 @@
 namespace supportsdk::test {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
 
 class JourneysTest : public SupportTest {
  protected:
@@ -43,17 +48,48 @@ TEST_F(JourneysTest, ASingleJourneyOpensAtEachAppearanceUnlessTheOpenerSaysOther
     EXPECT_EQ(fakes.presenter->log.back(), "dismiss Installation");
 }
 
-TEST_F(JourneysTest, SeveralAreAListAndOneWithoutAnAddressOpensNothing) {
+TEST_F(JourneysTest, SeveralAreAListAndWhatIsNoPageOfTheWebDoesNotOpen) {
     add(installation);
     add({{"title", 7}});
     screen->viewWillAppear();
     screen->didSelectRow(1);
+    support->journeys[1]->journey_url = "file:///etc/passwd";
+    screen->didSelectRow(1);
     screen->didSelectRow(2);
     EXPECT_EQ(pushed(), 0U);
+    EXPECT_THAT(fakes.progress->shown,
+                ElementsAre("error Unable to open webpage", "error Unable to open webpage"));
     EXPECT_EQ(screen->textOfRow(0), "Installation");
     EXPECT_EQ(screen->textOfRow(1) + screen->textOfRow(2), "");
     screen->didSelectRow(0);
     EXPECT_EQ(pushed(), 1U);
+}
+
+TEST_F(JourneysTest, OneOfTheTwoIdentifiersIsSentAndTheLatestAnswerCounts) {
+    int completions = 0;
+    const auto fetch = [&] { support->getJourneysWithCompletion([&] { ++completions; }); };
+    const auto sent = [&] { return fakes.http->sent.back().request.url; };
+    fetch();
+    EXPECT_THAT(sent(), EndsWith("/sdk/v1/journeys/data"));
+    support->identity.membersId = IdentityValue("m 1");
+    fetch();
+    EXPECT_THAT(sent(), EndsWith("/data?members_id=m%201"));
+    const Json null;
+    support->identity.membersLocationsId = IdentityValue(&null);
+    fetch();
+    EXPECT_THAT(sent(), EndsWith("/data?members_locations_id"));
+
+    fakes.http->answer(3, 200, {{"results", {installation, Json("text")}}});
+    EXPECT_EQ(support->journeys.size(), 2U);
+    fakes.http->answer(1, 200, {{"results", {installation}}});
+    fakes.http->answer(2, 500, Json::object());
+    EXPECT_EQ(support->journeys.size(), 2U);
+    EXPECT_EQ(completions, 3);
+    fetch();
+    EXPECT_THAT(support->journeys, IsEmpty());
+    fakes.http->answer(4, 500, Json::object(), {{"X-Quorrand-Token", "secret"}});
+    EXPECT_THAT(fakes.log->lines.back(), AllOf(HasSubstr("500"), Not(HasSubstr("secret"))));
+    EXPECT_EQ(completions, 4);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include "supportsdk/core/EventNames.h"
 #include "supportsdk/knowledge/KBListViewController.h"
 #include "supportsdk/knowledge/KBViewController.h"
+#include "supportsdk/theme/Appearance.h"
 #include "tests/core/SupportFixture.h"
 
 namespace supportsdk::test {
@@ -139,8 +140,30 @@ TEST_F(KBListTest, AnArticleOpensByItsAddressOrElseAsItsText) {
     auto& browser = dynamic_cast<KBViewController&>(*stack.children.front());
     EXPECT_EQ(browser.initialUrl, "https://w");
     EXPECT_EQ(browser.html, std::nullopt);
+    support->appearance->linkAndButtonTintColor = colorFromRGB(0x123456);
+    browser.viewWillAppear();
+    EXPECT_EQ(browser.barTintColor, colorFromRGB(0x123456)) << "of the theme as it is by then";
+    EXPECT_TRUE(browser.isNavigationBarHidden);
     browser.finish();
     EXPECT_THAT(fakes.presenter->log, ElementsAre("pop T5", "dismiss W"));
+
+    for (const auto* address : {"javascript:alert(1)", "file:///etc/passwd", "https://", "w"}) {
+        screen->kbViewModel->visibleEntries[5]->url = address;
+        screen->kbViewModel->didSelectRow(5);
+        EXPECT_EQ(fakes.presenter->alerts.back().title,
+                  "Unable to retrieve knowledge base article");
+    }
+    EXPECT_EQ(fakes.presenter->alerts.size(), 4U);
+    EXPECT_EQ(fakes.presenter->presented.size(), 1U);
+}
+
+TEST_F(KBListTest, AnAnswerOfAFormerConfigurationShowsNothing) {
+    appear(*screen);
+    support->retire();
+    fakes.http->answerTo("/kb/get", 200, tree());
+    EXPECT_EQ(screen->kbViewModel, nullptr);
+    EXPECT_EQ(support->kbViewModel, nullptr);
+    EXPECT_THAT(shown(), ElementsAre("status Retrieving", "dismiss"));
 }
 
 }  // namespace
