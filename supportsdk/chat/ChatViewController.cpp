@@ -76,6 +76,7 @@ void ChatViewController::showBarButtons() {
 void ChatViewController::viewWillAppear() {
     QDChatViewController::viewWillAppear();
     showing = true;
+    isHandingOver_ = false;
     configureAppearance();
     requests_ = EventManager::addObserver([weak = weak(this)](const Notification& notification) {
         if (const auto self = weak.lock()) self->handleNotifications(notification);
@@ -124,6 +125,8 @@ void ChatViewController::viewWillDisappear() {
 void ChatViewController::viewDidDisappear() {
     QDChatViewController::viewDidDisappear();
     if (issue) engine().postUnreadMessageCount = true;
+    // The person comes back from what was opened here, and is not asked over it.
+    if (std::exchange(isHandingOver_, false)) return;
     if (rating && support->rateableIssueId && !isReadOnly) rating->displayRatingScreen();
 }
 

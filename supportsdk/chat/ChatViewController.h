@@ -174,6 +174,8 @@ class SUPPORTSDK_API ChatViewController : public QDChatViewController {
     /// While the issue has just been refreshed.
     Registration refreshTimer_;
     bool refreshAgain_ = false;
+    /// An article or a web page of this chat is about to lie over it.
+    bool isHandingOver_ = false;
 };
 
 }  // namespace supportsdk

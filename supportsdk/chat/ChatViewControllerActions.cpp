@@ -82,6 +82,7 @@ void ChatViewController::presentWebPage(const std::string& url, const std::strin
     page->showsProgress = showsProgress;
     auto navigation = std::make_shared<NavigationController>();
     navigation->children.push_back(page);
+    isHandingOver_ = true;
     platform().presenter->present(std::move(navigation), this);
 }
 

@@ -41,6 +41,7 @@ void ChatViewController::showKBViewController() {
     if (!showing || !kbViewController) return;
     kbViewController->barColor = support->appearance->systemBackgroundColor;
     kbViewController->barTintColor = support->appearance->linkAndButtonTintColor;
+    isHandingOver_ = true;
     platform().presenter->push(kbViewController, *this);
 }
 

@@ -41,6 +41,17 @@ TEST_F(ChatEnding, ResolvedIssueIsForgottenAndMayBeRated) {
                 ElementsAre(event::chatStarted, event::chatIssueResolved, event::chatEnded));
 }
 
+TEST_F(ChatEnding, TheRatingWaitsUntilThePersonIsBackFromAnArticleAndLeaves) {
+    openAndJoin();
+    support->rateableIssueId = "55";
+    screen->showKBViewController();
+    disappear();
+    EXPECT_THAT(companion->log, IsEmpty());
+    appear();
+    disappear();
+    EXPECT_THAT(companion->log, ElementsAre("rating"));
+}
+
 TEST_F(ChatEnding, FinishedOrUnreachableIssueIsJustLeft) {
     openAndJoin();
     endChat(7);
