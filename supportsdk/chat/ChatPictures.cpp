@@ -1,6 +1,5 @@
 #include "supportsdk/chat/ChatPictures.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "supportsdk/chat/QuorrandChat.h"
@@ -11,17 +10,6 @@
 namespace supportsdk {
 
 namespace {
-
-ImagePtr makeAvatar(ImageCodec& images, const Image& image) {
-    const auto limit = ChatPictures::maximumAvatarSide;
-    const auto side = std::min(image.width, image.height);
-    if (side <= limit) return roundImage(image);
-    const auto shortened = [side](std::uint32_t length) {
-        return static_cast<std::uint32_t>(std::uint64_t{length} * limit / side);
-    };
-    const auto small = images.scaled(image, shortened(image.width), shortened(image.height));
-    return small ? roundImage(*small) : nullptr;
-}
 
 ImagePtr makePreview(ImageCodec& images, const Image& image) {
     return images.scaled(image, ChatPictures::previewSide, ChatPictures::previewSide);
@@ -52,10 +40,11 @@ ImagePtr ChatPictures::missingPreview(const QuorrandChat& chat) {
 
 void ChatPictures::loadAvatar(QuorrandChat& chat, const std::string& address,
                               std::shared_ptr<QuorrandChatMessage> line) {
+    if (avatars_.size() >= maximumWaitingAvatars && !avatars_.contains(address)) return;
     auto& lines = avatars_[address];
     lines.push_back(std::move(line));
     if (lines.size() > 1) return;
-    load(chat.imageLoader(), chat, address, makeAvatar, &ChatPictures::avatarDidArrive);
+    load(chat.imageLoader(), chat, address, avatarFromImage, &ChatPictures::avatarDidArrive);
 }
 
 void ChatPictures::loadPreview(QuorrandChat& chat, const std::string& address,

@@ -21,11 +21,10 @@ class QuorrandChatMessage;
 /// Requests carry no credentials, because strangers choose the addresses. Main thread.
 class ChatPictures {
  public:
-    /// Avatars are drawn at 50 points; more pixels than these on a side are not kept.
-    static constexpr std::uint32_t maximumAvatarSide = 100;
     static constexpr std::uint32_t previewSide = 100;
-    /// Strangers choose the addresses of previews, and some servers never answer: beyond so many
-    /// that wait, a line keeps what stands for its preview.
+    /// Strangers choose the addresses, and some servers never answer: beyond so many that wait, a
+    /// line keeps what stands for its picture.
+    static constexpr std::size_t maximumWaitingAvatars = 256;
     static constexpr std::size_t maximumWaitingPreviews = 256;
 
     ChatPictures();

@@ -39,4 +39,14 @@ ImagePtr roundImage(const Image& image) {
     return round;
 }
 
+ImagePtr avatarFromImage(ImageCodec& images, const Image& image) {
+    const auto side = std::min(image.width, image.height);
+    if (side <= maximumAvatarSide) return roundImage(image);
+    const auto shortened = [side](std::uint32_t length) {
+        return static_cast<std::uint32_t>(std::uint64_t{length} * maximumAvatarSide / side);
+    };
+    const auto small = images.scaled(image, shortened(image.width), shortened(image.height));
+    return small ? roundImage(*small) : nullptr;
+}
+
 }  // namespace supportsdk

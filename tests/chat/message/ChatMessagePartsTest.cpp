@@ -183,7 +183,7 @@ TEST_F(ChatMessageParts, PreviewsAreSmallAndAvatarsOfTranscriptsAreAnywhere) {
     EXPECT_EQ(QuorrandChatMessage::createWithTranscript(*chat, {})->avatarImage->width, 9);
 }
 
-TEST_F(ChatMessageParts, SilentPreviewsHoldUpNoAvatarAndAreBounded) {
+TEST_F(ChatMessageParts, SilentPreviewsHoldUpNoAvatarAndBothAreBounded) {
     const auto preview = [this](std::size_t number) -> std::weak_ptr<QuorrandChatMessage> {
         const Json body{{"secret", QuorrandChatMessage::MD5("attachment")},
                         {"attachment", {{"preview", "http://x/" + std::to_string(number)}}}};
@@ -196,6 +196,14 @@ TEST_F(ChatMessageParts, SilentPreviewsHoldUpNoAvatarAndAreBounded) {
     EXPECT_FALSE(preview(0).expired()) << "that address waits already";
     (void)line({.body = "hi"});
     EXPECT_EQ(asked().back(), "https://api.example.test/api/v1/avatar/users/7/50,50");
+
+    const auto avatar = [this](std::size_t number) -> std::weak_ptr<QuorrandChatMessage> {
+        const auto address = "http://a/" + std::to_string(number);
+        return QuorrandChatMessage::createWithTranscript(*chat, {{"from_avatar", address}});
+    };
+    for (std::size_t waiting = 1; waiting < ChatPictures::maximumWaitingAvatars; ++waiting)
+        EXPECT_FALSE(avatar(waiting).expired());
+    EXPECT_TRUE(avatar(999).expired());
     fakes.settle();
 }
 
