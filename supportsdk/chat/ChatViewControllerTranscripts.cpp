@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "supportsdk/chat/ChatViewController.h"
 #include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/chat/QuorrandChatMessage.h"
@@ -14,12 +16,17 @@ void ChatViewController::getTranscripts(const std::string& commId) {
         return reloadData();
     }
     if (!issue || !issue->transcripts) return;
+    std::vector<std::shared_ptr<QuorrandChatMessage>> lines;
     for (const auto& record : dictionaryForKey(*issue->transcripts, commId)) {
-        const auto message = QuorrandChatMessage::createWithTranscript(engine(), record);
+        const auto& message =
+            lines.emplace_back(QuorrandChatMessage::createWithTranscript(engine(), record));
         const auto sender = stringForKey(record, "from_key");
         if (sender && lowerCased(*sender) == user) message->isMe = true;
-        addMessage(message);
     }
+    // Thousands of lines that came in no order would be moved for each other one by one.
+    std::stable_sort(lines.begin(), lines.end(),
+                     [](const auto& one, const auto& two) { return one->date < two->date; });
+    for (const auto& line : lines) addMessage(line);
     reloadData();
 }
 

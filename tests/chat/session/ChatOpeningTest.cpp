@@ -82,6 +82,16 @@ TEST_F(ChatSession, ReadOnlyChatIsTranscriptsAndNothingElse) {
         open(issue, true);
     }
     EXPECT_THAT(lines(), ElementsAre("they: (none)"));
+
+    auto odd = openIssue();
+    odd["transcripts"]["c1"] = {
+        {"1", {{"message", "last"}, {"sent", "2026-01-02 10:00:00.000"}}},
+        {"2", {{"message", "first"}, {"sent", "2026-01-01 10:00:00.000"}}},
+        {"3", {{"message", "first"}, {"sent", "2026-01-01 10:00:00.000"}}},
+        {"4", {{"message", "never"}, {"sent", "2026-13-01 10:00:00.000"}, {"from_key", 7}}},
+        {"5", "text"}};
+    open(odd, true);
+    EXPECT_THAT(lines(), ElementsAre("they: never", "they: (none)", "they: first", "they: last"));
 }
 
 TEST_F(ChatSession, ALiveChatKeepsItsLinesAndItsRoomWhileOneOfThePastIsRead) {
