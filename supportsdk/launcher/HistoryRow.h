@@ -4,12 +4,10 @@
 #include <string>
 
 #include "supportsdk/core/QDIssue.h"
+#include "supportsdk/platform/Images.h"
 #include "supportsdk/platform/Platform.h"
 
 namespace supportsdk {
-
-/// Of the picture that shows while the agent's own is missing.
-inline constexpr const char* kUserPlaceholderImage = "user-placeholder-round";
 
 /// What a row of the history shows of an issue, translated; "" for what is unknown.
 struct HistoryRow {
@@ -24,6 +22,9 @@ struct HistoryRow {
     std::string latestMessage;
     /// Address of the agent's picture, unchecked.
     std::optional<std::string> avatar;
+    /// That picture, or what stands for it; null when the kit has none. historyRow() leaves it
+    /// empty.
+    ImagePtr avatarImage;
 };
 
 /// The moment of an issue's field, such as "2026-01-31 12:00:30" in the device's time zone.

@@ -5,6 +5,9 @@
 #include "supportsdk/chat/ChatViewController.h"
 #include "supportsdk/core/EventManager.h"
 #include "supportsdk/core/EventNames.h"
+#include "supportsdk/launcher/HistoryAvatars.h"
+#include "supportsdk/launcher/RatingAfterChat.h"
+#include "supportsdk/launcher/RatingViewController.h"
 #include "supportsdk/launcher/SupportButton.h"
 
 namespace supportsdk {
@@ -17,7 +20,11 @@ std::shared_ptr<HistoryViewController> HistoryViewController::create(
 
 HistoryViewController::HistoryViewController(std::shared_ptr<Support> owner,
                                              std::weak_ptr<SupportButton> button)
-    : support(std::move(owner)), supportButton(std::move(button)) {}
+    : support(std::move(owner)),
+      supportButton(std::move(button)),
+      avatars_(std::make_unique<HistoryAvatars>(support, [this] { reloadTable(); })) {}
+
+HistoryViewController::~HistoryViewController() = default;
 
 void HistoryViewController::viewDidLoad() {
     title = localized("History");
@@ -54,9 +61,14 @@ void HistoryViewController::viewWillAppear() {
 }
 
 void HistoryViewController::viewWillDisappear() {
-    // The answer leaves the text where it is, but no other screen shall wear it.
-    if (std::exchange(isRetrievingShown_, false)) support->platform->progress->dismiss();
+    dismissRetrieving();
+    avatars_->stop();
     EventManager::notify(event::historyEnded);
+}
+
+/// The answer leaves the text where it is, but no other screen shall wear it.
+void HistoryViewController::dismissRetrieving() {
+    if (std::exchange(isRetrievingShown_, false)) support->platform->progress->dismiss();
 }
 
 void HistoryViewController::supportUpdateHistory(const std::shared_ptr<HistoryViewModel>& model) {
@@ -73,7 +85,9 @@ std::size_t HistoryViewController::numberOfRows() const {
 
 HistoryRow HistoryViewController::row(std::size_t index) const {
     if (index >= numberOfRows()) return {};
-    return historyRow(*shown_->sortedEntries[index], *support->platform);
+    auto row = historyRow(*shown_->sortedEntries[index], *support->platform);
+    row.avatarImage = avatars_->pictureAt(row.avatar);
+    return row;
 }
 
 void HistoryViewController::didSelectRow(std::size_t index) {
@@ -82,6 +96,8 @@ void HistoryViewController::didSelectRow(std::size_t index) {
 
 void HistoryViewController::viewModelDidSelectEntry(HistoryViewModel& /*model*/,
                                                     const std::shared_ptr<QDIssue>& issue) {
+    // Before the screen that opens shows a text of its own.
+    dismissRetrieving();
     if (issue->isResolved() && !issue->isRated) {
         displayRatingWithIssue(issue);
     } else {
@@ -99,11 +115,13 @@ void HistoryViewController::displayChatWithIssue(const std::shared_ptr<QDIssue>&
     chat->isVideoUnavailable = SupportButton::isVideoUnavailable();
     chat->isReadOnly = !issue->isOpen();
     chat->chatRoomTitle = chat->isReadOnly ? localized("Site History") : "";
+    chat->rating = ratingAfterChat(support, supportButton);
     support->platform->presenter->push(chat, *this);
 }
 
 void HistoryViewController::displayRatingWithIssue(const std::shared_ptr<QDIssue>& issue) {
-    displayChatWithIssue(issue);
+    support->rateableIssueId = issue->id;
+    RatingViewController::create(support, supportButton)->showFromViewController(*this);
 }
 
 void HistoryViewController::back() {

@@ -13,6 +13,7 @@
 
 namespace supportsdk {
 
+class HistoryAvatars;
 class SupportButton;
 
 /// "History": the customer's issues, each of which opens its chat. Main thread only.
@@ -32,13 +33,16 @@ class SUPPORTSDK_API HistoryViewController : public ScreenController,
     static std::shared_ptr<HistoryViewController> create(std::shared_ptr<Support> support,
                                                          std::weak_ptr<SupportButton> button);
 
+    ~HistoryViewController() override;
+
     [[nodiscard]] std::string_view className() const override { return "HistoryViewController"; }
     void viewDidLoad() override;
     void viewWillAppear() override;
     void viewWillDisappear() override;
 
     [[nodiscard]] std::size_t numberOfRows() const;
-    /// Empty texts when there is no such row.
+    /// Empty texts when there is no such row. Being asked starts the loading of the row's picture;
+    /// the view reloads once it has come.
     [[nodiscard]] HistoryRow row(std::size_t index) const;
     void didSelectRow(std::size_t index);
 
@@ -64,7 +68,7 @@ class SUPPORTSDK_API HistoryViewController : public ScreenController,
                                  const std::shared_ptr<QDIssue>& issue) override;
     /// Pushes the issue's chat, read-only unless the issue is open; says so when there is none.
     void displayChatWithIssue(const std::shared_ptr<QDIssue>& issue);
-    /// A resolved issue that the person has not rated: for now, its chat.
+    /// Opens the rating over this screen.
     void displayRatingWithIssue(const std::shared_ptr<QDIssue>& issue);
     void back();
 
@@ -77,6 +81,7 @@ class SUPPORTSDK_API HistoryViewController : public ScreenController,
 
     void showBarButtons();
     void reloadTable();
+    void dismissRetrieving();
     [[nodiscard]] std::shared_ptr<HistoryViewModel> modelWithSwitches() const;
     [[nodiscard]] std::string localized(const char* english) const;
     [[nodiscard]] std::shared_ptr<HistoryViewController> self();
@@ -84,6 +89,7 @@ class SUPPORTSDK_API HistoryViewController : public ScreenController,
     /// What the table shows: it keeps the former model until it is told of another one.
     std::shared_ptr<HistoryViewModel> shown_;
     bool isRetrievingShown_ = false;
+    const std::unique_ptr<HistoryAvatars> avatars_;
 };
 
 }  // namespace supportsdk

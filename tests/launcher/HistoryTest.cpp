@@ -3,6 +3,7 @@
 #include "supportsdk/chat/QuorrandChatMessage.h"
 #include "supportsdk/core/EventManager.h"
 #include "supportsdk/forms/QDFieldModel.h"
+#include "supportsdk/launcher/HistoryAvatars.h"
 #include "supportsdk/launcher/HistoryViewController.h"
 #include "supportsdk/launcher/SupportButton.h"
 #include "tests/core/SupportFixture.h"
@@ -12,6 +13,11 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+struct Picture : HistoryViewController::View {
+    void reloadTable() override { ++reloads; }
+    int reloads = 0;
+};
 
 class HistoryTest : public SupportTest {
  protected:
@@ -26,7 +32,7 @@ class HistoryTest : public SupportTest {
         fakes.http->answerTo("/issues/history", status, body);
     }
 
-    /// The numbers of the rows, in their order.
+    /// The numbers of the rows, in their order, each of which is described for it.
     std::string rows() const {
         std::string all;
         for (std::size_t row = 0; row < screen->numberOfRows(); ++row) {
@@ -202,8 +208,7 @@ TEST_F(HistoryTest, AnIssueOpensItsChatWhenItHasOne) {
     ASSERT_TRUE(rated);
     EXPECT_TRUE(rated->isReadOnly);
     EXPECT_EQ(rated->chatRoomTitle, "Site History");
-    record["isRated"] = false;
-    EXPECT_TRUE(choose(record));
+    EXPECT_TRUE(rated->rating);
 
     record["status"] = 6;
     const auto open = choose(record);
@@ -218,6 +223,79 @@ TEST_F(HistoryTest, AnIssueOpensItsChatWhenItHasOne) {
     EXPECT_FALSE(choose(record));
     const auto* words = "error This issue has no chat history.";
     EXPECT_THAT(fakes.progress->shown, ElementsAre(words, words));
+}
+
+TEST_F(HistoryTest, AResolvedIssueThatIsNotRatedOpensItsRating) {
+    auto record = issue("A", 7, "2026-01-02 10:00:00");
+    record["transcripts"] = lines;
+    answer(200, {{"results", {record}}});
+    screen->viewDidLoad();
+    screen->didSelectRow(0);
+    EXPECT_EQ(support->rateableIssueId, "A");
+    EXPECT_THAT(fakes.presenter->pushed, IsEmpty());
+    ASSERT_EQ(fakes.presenter->presented.size(), 1U);
+    const auto dialog =
+        std::dynamic_pointer_cast<NavigationController>(fakes.presenter->presented.front());
+    ASSERT_TRUE(dialog);
+    EXPECT_EQ(dialog->children.at(0)->className(), "RatingViewController");
+}
+
+TEST_F(HistoryTest, PicturesOfAgentsComeOnceAndTogether) {
+    fakes.kitBundle->files["user-placeholder-round.png"] = "placeholder";
+    const auto picture = std::make_shared<Picture>();
+    screen->view = picture;
+    Json records = Json::array();
+    for (std::size_t i = 0; i < 600; ++i) {
+        records.push_back(issue("", 1, ""));
+        records.back()["owner_user_avatar"] = "https://a.example/" + std::to_string(i / 2);
+    }
+    answer(200, {{"results", records}});
+    screen->viewDidLoad();
+    screen->viewWillAppear();
+    const auto placeholder = screen->row(0).avatarImage;
+    EXPECT_TRUE(placeholder);
+    (void)rows();
+
+    const auto before = picture->reloads;
+    const auto answerAll = [this](std::size_t from) {
+        for (auto i = from; i < fakes.http->sent.size(); ++i) {
+            const bool isPicture = !fakes.http->request(i).url.ends_with("/1");
+            fakes.http->answerRaw(i, {isPicture ? 200 : 404, {}, toBytes("image"), ""});
+            fakes.queue->drain();
+        }
+        return fakes.http->sent.size();
+    };
+    const auto sent = answerAll(2);
+    EXPECT_EQ(sent, 2 + HistoryAvatars::maximumAddresses);
+    fakes.queue->advance(std::chrono::seconds{1});
+    EXPECT_EQ(picture->reloads, before + 1);
+    EXPECT_NE(screen->row(0).avatarImage, placeholder);
+    EXPECT_EQ(screen->row(0).avatarImage, screen->row(1).avatarImage);
+    EXPECT_EQ(screen->row(2).avatarImage, placeholder) << "refused";
+    EXPECT_EQ(screen->row(599).avatarImage, placeholder) << "one too many";
+    EXPECT_EQ(fakes.http->sent.size(), sent);
+}
+
+TEST_F(HistoryTest, PicturesAreGivenUpWithTheScreen) {
+    const auto picture = std::make_shared<Picture>();
+    screen->view = picture;
+    auto record = issue("A", 1, "");
+    record["owner_user_avatar"] = "https://a.example/1";
+    answer(200, {{"results", {record}}});
+    screen->viewDidLoad();
+    screen->viewWillAppear();
+    EXPECT_FALSE(screen->row(0).avatarImage) << "not even the placeholder is there";
+    fakes.http->answerRaw(2, {200, {}, toBytes("image"), ""});
+    screen->viewWillDisappear();
+    const auto before = picture->reloads;
+    fakes.queue->advance(std::chrono::seconds{1});
+    EXPECT_EQ(picture->reloads, before);
+
+    screen->viewWillAppear();
+    EXPECT_FALSE(screen->row(0).avatarImage);
+    fakes.http->answerTo("a.example", 200, "image");
+    fakes.queue->advance(std::chrono::seconds{1});
+    EXPECT_TRUE(screen->row(0).avatarImage);
 }
 
 }  // namespace
