@@ -15,10 +15,6 @@ struct Listener : SupportDelegate {
     void supportUpdateKBWithModel(const std::shared_ptr<KBViewModel>& model) override {
         log.emplace_back(model ? "tree" : "no tree");
     }
-    void supportSearchKBWithModel(const std::shared_ptr<KBViewModel>& model) override {
-        log.push_back("found " + std::to_string(model->entries.size()));
-    }
-    void supportSearchKBFailed() override { log.emplace_back("nothing found"); }
     std::vector<std::string> log;
 };
 
@@ -70,14 +66,6 @@ TEST_F(KBListTest, TheListenerHearsWhatBecameOfTheRequest) {
     EXPECT_THAT(shown(), ElementsAre("dismiss"));
     EXPECT_THAT(listener->log, ElementsAre("tree", "no tree", "no tree", "no tree"));
     EXPECT_EQ(support->kbViewModel->numberOfRows(), 6U);
-
-    support->searchKB(listener, "dark screen");
-    fakes.http->answerTo("/kb/search?query=dark screen", 200, tree());
-    support->searchKB(listener, std::nullopt);
-    EXPECT_TRUE(fakes.http->sent.back().request.url.ends_with("/kb/search"));
-    fakes.http->answerTo("/kb/search", 200, {{"results", Json::array()}});
-    EXPECT_EQ(listener->log[4], "found 7");
-    EXPECT_EQ(listener->log[5], "nothing found");
 }
 
 TEST_F(KBListTest, TheTextStaysUntilTheRowsAreThere) {
