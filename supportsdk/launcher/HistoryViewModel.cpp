@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "supportsdk/launcher/CachedClock.h"
 #include "supportsdk/launcher/HistoryRow.h"
 
 namespace supportsdk {
@@ -28,9 +29,10 @@ bool HistoryViewModel::shows(const QDIssue& issue) const {
 
 void HistoryViewModel::sort() {
     originalEntries = entries;
+    const CachedClock clock(clock_);
     std::vector<DatedIssue> kept;
     for (const auto& issue : entries) {
-        if (shows(*issue)) kept.push_back({dateFromIssue(*clock_, issue->created), issue});
+        if (shows(*issue)) kept.push_back({dateFromIssue(clock, issue->created), issue});
     }
     std::stable_sort(
         kept.begin(), kept.end(), [this](const DatedIssue& one, const DatedIssue& two) {
