@@ -4,8 +4,11 @@
 #include "hosts/cli/ChatAdapter.h"
 #include "hosts/cli/FormAdapter.h"
 #include "hosts/cli/HistoryAdapter.h"
+#include "hosts/cli/HistoryMenuAdapter.h"
 #include "hosts/cli/KBListAdapter.h"
+#include "hosts/cli/KBSearchAdapter.h"
 #include "hosts/cli/ListAdapter.h"
+#include "hosts/cli/RatingAdapter.h"
 #include "hosts/cli/SettingsAdapter.h"
 #include "hosts/cli/WebAdapter.h"
 #include "supportsdk/core/BaseWebViewController.h"
@@ -40,8 +43,11 @@ constexpr Made (*makers[])(const Screen&, const std::function<void()>&) = {
     make<QDChatViewController, ChatAdapter>,
     make<SettingsViewController, SettingsAdapter>,
     make<KBListViewController, KBListAdapter>,
+    make<KBSearchViewController, KBSearchAdapter>,
     make<HistoryViewController, HistoryAdapter>,
+    make<HistoryActionPopupMenu, HistoryMenuAdapter>,
     make<CallMeViewController, CallMeAdapter>,
+    make<RatingViewController, RatingAdapter>,
     make<FormListViewController, TextListAdapter<FormListViewController>>,
     make<FormViewController, FormAdapter>,
     make<JourneysViewController, TextListAdapter<JourneysViewController>>,

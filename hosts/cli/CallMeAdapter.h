@@ -5,16 +5,16 @@
 #include <optional>
 #include <string>
 
-#include "hosts/cli/ScreenAdapter.h"
+#include "hosts/cli/DialogAdapter.h"
 #include "supportsdk/launcher/CallMeViewController.h"
 
 namespace supportsdk::host {
 
-/// The dialog that asks for a call: a telephone number, a description, and two buttons.
-class CallMeAdapter : public ScreenAdapter, public CallMeViewController::View {
+/// The dialog that asks for a call: a telephone number above the description.
+class CallMeAdapter : public DialogAdapter, public CallMeViewController::View {
  public:
     CallMeAdapter(std::shared_ptr<CallMeViewController> dialog, std::function<void()> reloaded)
-        : ScreenAdapter(dialog), dialog_(std::move(dialog)), reloaded_(std::move(reloaded)) {}
+        : DialogAdapter(dialog), dialog_(std::move(dialog)), reloaded_(std::move(reloaded)) {}
 
     /// Into the number, which has the focus, or the named field.
     bool type(const std::string& text, const std::optional<std::string>& field) override;
@@ -22,8 +22,8 @@ class CallMeAdapter : public ScreenAdapter, public CallMeViewController::View {
     void okButtonDidChange(bool) override { reloaded_(); }
 
  protected:
-    [[nodiscard]] Json state() const override;
-    bool pressControl(const std::string& label) override;
+    [[nodiscard]] std::string heading() const override { return dialog_->callMeLabel; }
+    [[nodiscard]] Json ownFields() const override;
 
  private:
     const std::shared_ptr<CallMeViewController> dialog_;

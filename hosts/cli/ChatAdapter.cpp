@@ -98,9 +98,11 @@ void ChatAdapter::entryDidChange() {
 }
 
 Json ChatAdapter::describeLine(const QuorrandChatMessage& line) const {
+    // A line of a transcript has no kind.
+    const auto* type = line.isValidMessage ? nameOf(line.messageType) : "text";
     Json fields = {{"id", line.id.value_or("")},
                    {"mine", line.isMe},
-                   {"type", nameOf(line.messageType)},
+                   {"type", type},
                    {"disabled", line.disabled}};
     put(fields, "from", line.from);
     put(fields, "name", chat_->engine().viewModel->usernameOf(line));

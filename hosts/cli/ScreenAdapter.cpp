@@ -27,6 +27,7 @@ Json ScreenAdapter::describe() const {
     Json fields = state();
     fields["class"] = screen_->className();
     if (!screen_->title.empty()) fields["title"] = screen_->title;
+    if (screen_->isNavigationBarHidden) fields["barHidden"] = true;
     if (!screen_->leftBarButtons.empty()) fields["left"] = labelsOf(screen_->leftBarButtons);
     if (!screen_->rightBarButtons.empty()) fields["right"] = labelsOf(screen_->rightBarButtons);
     return fields;

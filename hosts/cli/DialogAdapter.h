@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "hosts/cli/ScreenAdapter.h"
+#include "supportsdk/launcher/DialogViewController.h"
+
+namespace supportsdk::host {
+
+/// What all dialogs have: a heading, a description, "Cancel" and a button that submits.
+class DialogAdapter : public ScreenAdapter {
+ public:
+    explicit DialogAdapter(std::shared_ptr<DialogViewController> dialog)
+        : ScreenAdapter(dialog), dialog_(std::move(dialog)) {}
+
+    /// Into the description, by its label or its placeholder.
+    bool type(const std::string& text, const std::optional<std::string>& field) override;
+
+ protected:
+    [[nodiscard]] Json state() const override;
+    bool pressControl(const std::string& label) override;
+
+    [[nodiscard]] virtual std::string heading() const = 0;
+    /// Fields above the description.
+    [[nodiscard]] virtual Json ownFields() const { return Json::array(); }
+
+ private:
+    const std::shared_ptr<DialogViewController> dialog_;
+};
+
+}  // namespace supportsdk::host
