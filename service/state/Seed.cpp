@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "service/state/CredentialBlock.h"
 #include "service/state/DefaultSeed.h"
 #include "supportsdk/core/Fields.h"
 
@@ -29,6 +30,15 @@ std::string text(const Json& record, const char* key) {
     return stringForKey(record, key).value_or("");
 }
 
+/// Those of a chat that is over let nobody in, but a host finds its transcript by them.
+std::optional<std::string> pastCredentials(const Json& issue, const Store& store) {
+    const auto integration = store.get(kind::integration, text(issue, "integration"));
+    if (!integration) return std::nullopt;
+    const auto resource = "members_users:" + text(issue, "members_users_id");
+    return encryptCredentials({text(issue, "comm_id"), "", "", "", 0, resource},
+                              text(*integration, "apiKey"));
+}
+
 /// A past issue leaves the lines out of its record, where those of later issues are not either.
 void plantIssue(Json issue, Store& store) {
     const auto commId = text(issue, "comm_id");
@@ -41,6 +51,7 @@ void plantIssue(Json issue, Store& store) {
         whole.update(issue);
         issue = std::move(whole);
     }
+    if (const auto credentials = pastCredentials(issue, store)) issue["xmpp_data"] = *credentials;
     store.put(kind::issue, text(issue, "id"), issue);
     store.put(kind::comm, commId,
               {{"comm_id", commId},
