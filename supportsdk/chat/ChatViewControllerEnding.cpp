@@ -21,11 +21,11 @@ void ChatViewController::resolveIssueIfPossible() {
             const auto self = weak.lock();
             const auto& results = arrayForKey(response, "results");
             if (!self || results.empty()) return;
-            if (QDIssue(results.front()).isOpen()) {
-                self->resolveIssue();
-            } else {
-                self->exitIssue();
-            }
+            const QDIssue found(results.front());
+            if (found.isOpen()) return self->resolveIssue();
+            // The refresh that the latest line waits for would bring the same.
+            if (self->refreshAgain_) self->support->rateableIssueId = found.id;
+            self->exitIssue();
         },
         [weak = weak(this), progress](const Json&) {
             progress->dismiss();

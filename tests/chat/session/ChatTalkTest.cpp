@@ -28,6 +28,11 @@ TEST_F(ChatSession, LinesAskForTheIssueAtOnceAndInABurstOnceASecond) {
     EXPECT_EQ(requests("/issues/55"), before + 2) << "nothing new has come";
     receive("four");
     EXPECT_EQ(requests("/issues/55"), before + 3);
+    receive("resolved");
+    answer("/issues/55", {{"results", {{{"id", "55"}, {"status", 3}}}}});
+    screen->cancel();
+    answer("/issues/55", {{"results", {{{"id", "55"}, {"status", 7}}}}});
+    EXPECT_EQ(support->rateableIssueId, "55") << "no second has passed since the last line";
 }
 
 TEST_F(ChatSession, TypedTextGoesOutAndTheBarIsEmptied) {
