@@ -90,11 +90,12 @@ class SUPPORTSDK_API KBSearchViewController : public ScreenController, public Su
     /// The bar has the focus, and the keyboard is up.
     bool isBarFocused = false;
 
+ protected:
+    KBSearchViewController(std::shared_ptr<Support> support, std::weak_ptr<SupportButton> button);
+
  private:
     class Search;
     using Handler = void (KBSearchViewController::*)(const Json&);
-
-    KBSearchViewController(std::shared_ptr<Support> support, std::weak_ptr<SupportButton> button);
 
     void showRecentSearches();
     void loadRecentSearches();
