@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""One conversation with support, on real parts: the local service, its scripted technician and support-host.
+"""One case of support and what follows it, on real parts: the local service, its scripted technician and support-host.
 
-demo.py BUILD_DIR                  plays both sides and prints the conversation
+demo.py BUILD_DIR                  plays both sides and prints what they see
 demo.py BUILD_DIR --interactive    the person is you; a line that begins with "/" is a command
 """
 
@@ -12,7 +12,9 @@ import signal
 import sys
 import tempfile
 
+import demo_after
 import demo_chat
+import demo_live
 from demo_person import Person
 from demo_programs import DEADLINE, Failure, Lab, Program
 
@@ -52,14 +54,14 @@ def play(build, interactive):
             ready = start(build / "service/support-service", "--data", folder / "service").next(DEADLINE)
             start(build / "service/support-technician", "--lab", ready["lab"])
             person = Person(start(build / "hosts/cli/support-host", "--data", folder / "host",
-                                  "--ca", ready["caFile"]))
+                                  "--ca", ready["caFile"]), draws_all=interactive)
             issue = open_chat(person, ready, not interactive)
             if interactive:
-                demo_chat.converse_live(person)
+                demo_live.play(person)
             else:
-                demo_chat.converse(person, Lab(ready["lab"]), issue, build / "resources")
-            print("  The case is closed.")
-            if not interactive:
+                lab = Lab(ready["lab"])
+                demo_chat.converse(person, lab, issue, build / "resources")
+                demo_after.go_on(person, lab, issue)
                 print("\n  Play the person yourself: ./run --interactive")
     except Failure:
         print((folder / "log").read_text(encoding="utf-8", errors="replace")[-4000:], file=sys.stderr)
@@ -75,6 +77,8 @@ def main():
     parser.add_argument("build", type=pathlib.Path)
     parser.add_argument("--interactive", action="store_true")
     arguments = parser.parse_args()
+    # Stars and pictures, on a terminal that cannot write them.
+    sys.stdout.reconfigure(errors="replace")
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
     try:
         play(arguments.build, arguments.interactive)

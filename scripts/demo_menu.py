@@ -53,8 +53,12 @@ def in_words(menu):
         yield "  " + ", ".join(f"{name} {colour}" for name, colour in menu["colors"].items())
 
 
-def draw(menu):
+def lines_of(menu):
+    return list(in_colour(menu) if is_colourful() else in_words(menu))
+
+
+def draw(lines):
     print()
-    for line in in_colour(menu) if is_colourful() else in_words(menu):
+    for line in lines:
         print(f"  {line}")
     print()

@@ -7,6 +7,7 @@ import sys
 import time
 
 import demo_menu
+import demo_screens
 from demo_programs import DEADLINE, Failure, Silence
 
 PICTURE = "\x1b[7m{}\x1b[0m" if demo_menu.is_colourful() else "[picture of {}]"
@@ -32,16 +33,25 @@ def words_of(page):
     return [line for line in html.unescape(re.sub(r"<[^>]*>", "", lines)).split("\n") if line.strip()]
 
 
+def is_screen(name):
+    return lambda report: report.get("is") in ("screen", "changed") and report.get("class") == name
+
+
 class Person:
-    def __init__(self, host):
+    def __init__(self, host, draws_all=False):
         self.host = host
+        # Every screen, and not only what a story draws.
+        self.draws_all = draws_all
+        # The top one last.
+        self.screens = []
+        self.menu = []
+        self.drawn = None
         self.chat = {}
         self.lines = []
         # Every line that was ever on view, by its id, and whether its picture was.
         self.seen = {}
         # Those that were there when the person acted last.
         self.heard = set()
-        self.chat_open = False
 
     def watch(self, wanted, what, seconds=DEADLINE):
         """Shows reports until one is wanted."""
@@ -65,7 +75,7 @@ class Person:
     def show(self, report):
         kind = report.get("is")
         if kind in ("menu", "sheet") or report.get("class") == "SupportMenuView" and kind == "changed":
-            demo_menu.draw(report)
+            self.see_menu(report)
         elif kind in ("progress", "error", "info", "success"):
             print(f"  [{report['text']}]")
         elif kind == "alert":
@@ -74,11 +84,33 @@ class Person:
             print(f"    +-- {report['title']}")
             for line in words_of(report):
                 print(f"    |  {line}")
-        elif kind in ("screen", "changed") and report.get("class") == "ChatViewController":
-            self.chat_open = True
-            self.see_chat(report)
-        elif kind == "left" and report.get("class") == "ChatViewController":
-            self.chat_open = False
+        elif kind in ("screen", "changed"):
+            self.see_screen(report)
+        elif kind == "refused" and self.draws_all:
+            print(f"  ({report['why']})")
+        elif kind == "left":
+            self.drawn = None
+            self.screens = [screen for screen in self.screens if screen["class"] != report["class"]]
+
+    @property
+    def screen(self):
+        return self.screens[-1] if self.screens else {}
+
+    def see_menu(self, menu):
+        # The same menu again tells nothing new.
+        drawn_menu = demo_menu.lines_of(menu)
+        if drawn_menu != self.menu:
+            demo_menu.draw(drawn_menu)
+        self.menu = drawn_menu
+
+    def see_screen(self, screen):
+        if self.screen.get("class") == screen["class"]:
+            self.screens.pop()
+        self.screens.append(screen)
+        if "entry" in screen:
+            self.see_chat(screen)
+        elif self.draws_all and not {"url", "html"} & screen.keys():
+            self.drawn = demo_screens.draw(screen, self.drawn)
 
     def see_chat(self, chat):
         self.chat = chat
@@ -124,6 +156,22 @@ class Person:
         self.heard = set(self.seen)
         print(f"  The person presses \"{label}\".")
         self.host.send(do="press", label=label)
+
+    def look_again(self):
+        self.host.send(do="show")
+        return self.watch(lambda r: r.get("is") == "screen", "the screen")
+
+    def open(self, entry, name):
+        """Takes an entry of the menu, which opens the screen of that class."""
+        self.host.send(do="tap")
+        self.watch(lambda r: r.get("is") == "menu", "the menu")
+        print(f"\n  The person picks \"{entry}\".")
+        self.host.send(do="choose", label=entry)
+        return self.watch(is_screen(name), f"\"{entry}\"")
+
+    def back(self):
+        self.host.send(do="back")
+        self.watch(lambda r: r.get("is") == "left", "the way back")
 
     def suggestions(self):
         return [row.get("detail", row["label"]) for row in self.chat.get("entry", {}).get("suggestions", [])]

@@ -78,6 +78,20 @@ class Lab:
     def post(self, path, **body):
         return self._ask(urllib.request.Request(self.address + path, json.dumps(body).encode()))
 
+    def await_change(self, issue, change):
+        """The number of the event that changed the case so."""
+        return self._await(f"kind=issue&issue_id={issue}&change={change}", f"the case {change}")
+
+    def await_answered(self, path, after):
+        """Until the kit has asked there since that event."""
+        return self._await(f"kind=answered&path={path}&after={after}", f"a request to {path}")
+
+    def _await(self, query, what):
+        events = self.get(f"/events?{query}&wait=5000")["results"]
+        if not events:
+            raise Failure(f"the service never saw {what}")
+        return events[-1]["seq"]
+
     @staticmethod
     def _ask(request):
         try:

@@ -61,12 +61,13 @@ void Technician::answer(const Json& event) {
     const auto said = stringForKey(event, "text").value_or("");
     if (said.empty()) return;
     const auto rule = script_.answerTo(said);
-    speak(commId, rule.say);
     if (rule.resolve) {
+        // Before the word of it: who hears that may ask for the case at once.
         const Json body{{"issue", stringForKey(event, "issue_id").value_or("")},
                         {"resolution", "Solved in the chat"}};
         call("/resolve", &body);
     }
+    speak(commId, rule.say);
 }
 
 void Technician::greet(const std::string& commId) {
