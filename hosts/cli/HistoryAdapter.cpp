@@ -13,6 +13,7 @@ Json HistoryAdapter::describeRow(std::size_t row) const {
     put("rating", entry.rating);
     put("detail", entry.latestMessage);
     put("avatar", entry.avatar.value_or(""));
+    if (fields.contains("avatar")) fields["avatarShown"] = entry.isAvatarLoaded;
     return fields;
 }
 

@@ -35,6 +35,11 @@ ImagePtr HistoryAvatars::pictureAt(const std::optional<std::string>& address) {
     return placeholder();
 }
 
+bool HistoryAvatars::hasPictureAt(const std::optional<std::string>& address) const {
+    const auto known = address ? pictures_.find(*address) : pictures_.end();
+    return known != pictures_.end() && known->second.value_or(nullptr);
+}
+
 void HistoryAvatars::stop() {
     loader_.reset();
     changeTimer_.reset();

@@ -31,6 +31,7 @@ class HistoryAvatars {
     /// The picture at that address, round. Until it has come, and for good when there is no address
     /// or no picture, what stands for it; null when no bundle has that.
     ImagePtr pictureAt(const std::optional<std::string>& address);
+    [[nodiscard]] bool hasPictureAt(const std::optional<std::string>& address) const;
     /// Gives up what is under way; it starts again when it is asked for again.
     void stop();
 

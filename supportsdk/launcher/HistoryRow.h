@@ -25,6 +25,8 @@ struct HistoryRow {
     /// That picture, or what stands for it; null when the kit has none. historyRow() leaves it
     /// empty.
     ImagePtr avatarImage;
+    /// It is that picture.
+    bool isAvatarLoaded = false;
 };
 
 /// The moment of an issue's field, such as "2026-01-31 12:00:30" in the device's time zone.

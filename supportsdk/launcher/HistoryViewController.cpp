@@ -87,6 +87,7 @@ HistoryRow HistoryViewController::row(std::size_t index) const {
     if (index >= numberOfRows()) return {};
     auto row = historyRow(*shown_->sortedEntries[index], *support->platform);
     row.avatarImage = avatars_->pictureAt(row.avatar);
+    row.isAvatarLoaded = avatars_->hasPictureAt(row.avatar);
     return row;
 }
 
