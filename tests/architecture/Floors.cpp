@@ -29,9 +29,9 @@ const std::map<std::string, std::vector<std::string>>& allowed() {
         {"backends", {"supportsdk/platform"}},
         {"screens", {"supportsdk", "backends"}},
         {"hosts", {"supportsdk", "backends", "screens"}},
-        // The stand-in for the cloud service shares the typed readers with the kit and nothing
-        // else.
-        {"service", {"supportsdk/platform", "supportsdk/core/Fields.h"}},
+        // The stand-in for the cloud service shares pure functions with the kit and nothing else.
+        {"service",
+         {"supportsdk/platform", "supportsdk/core/CaseFolding.h", "supportsdk/core/Fields.h"}},
     };
     return floors;
 }
