@@ -76,14 +76,13 @@ double RotatingMenu::angle() const {
                            springOffset(turn.offset, turn.offsetVelocity, pulling));
 }
 
-std::optional<std::size_t> RotatingMenu::itemTowards(double direction) const {
-    if (items_.empty()) return std::nullopt;
-    const auto steps = std::llround(normalizedAngle(direction - angle()) / step());
+std::size_t RotatingMenu::nearestItem(double way) const {
+    const auto steps = std::llround(normalizedAngle(way) / step());
     return static_cast<std::size_t>(steps) % items_.size();
 }
 
 std::optional<std::size_t> RotatingMenu::selectedIndex() const {
-    return itemTowards(0);
+    return items_.empty() ? std::nullopt : std::optional(nearestItem(-angle()));
 }
 
 std::optional<Slice> RotatingMenu::slice(std::size_t index) const {
@@ -104,7 +103,8 @@ std::optional<double> RotatingMenu::directionOf(WheelPoint point) const {
 
 std::optional<std::size_t> RotatingMenu::itemAt(WheelPoint point) const {
     const auto direction = directionOf(point);
-    return direction ? itemTowards(*direction) : std::nullopt;
+    if (!direction || items_.empty()) return std::nullopt;
+    return nearestItem(*direction - angle());
 }
 
 bool RotatingMenu::beginDrag(WheelPoint point, Time moment) {
@@ -153,12 +153,14 @@ void RotatingMenu::letGo(double velocity) {
     const auto coasting = coastingTime(velocity);
     const double end = angle_ + coastedAngle(velocity, coasting);
     const double endVelocity = velocity * std::exp(-Seconds(coasting) / frictionTime);
-    // The item that would be the nearest if nothing pulled.
-    const double rest = end + endVelocity * frictionTime.count();
-    const auto steps = std::llround(normalizedAngle(-rest) / step());
-    const auto item = static_cast<std::size_t>(steps) % items_.size();
-    turn_ = Turn{angle_,      velocity, coasting, item, shortestAngle(end - restingAngle(item)),
-                 endVelocity, Time{0}};
+    // The one that would be the nearest if nothing pulled.
+    const auto item = nearestItem(-end - endVelocity * frictionTime.count());
+    turn_ = Turn{.angle = angle_,
+                 .velocity = velocity,
+                 .coasting = coasting,
+                 .item = item,
+                 .offset = shortestAngle(end - restingAngle(item)),
+                 .offsetVelocity = endVelocity};
 }
 
 bool RotatingMenu::advance(Time duration) {
@@ -179,7 +181,7 @@ bool RotatingMenu::select(std::size_t index, bool animated) {
     angle_ = angle();
     drag_.reset();
     if (animated) {
-        turn_ = Turn{angle_, 0, {}, index, shortestAngle(angle_ - restingAngle(index)), 0, {}};
+        turn_ = Turn{.item = index, .offset = shortestAngle(angle_ - restingAngle(index))};
     } else {
         settle(index);
     }

@@ -97,21 +97,23 @@ class SUPPORTSDK_API RotatingMenu : public std::enable_shared_from_this<Rotating
     };
     /// From letting go to rest, a function of `elapsed` alone.
     struct Turn {
-        double angle;
-        double velocity;
-        Time coasting;
-        std::size_t item;
-        /// How far beyond its target the wheel is when it has coasted to an end, and how fast.
-        double offset;
-        double offsetVelocity;
-        Time elapsed;
+        // How the wheel runs on.
+        double angle = 0;
+        double velocity = 0;
+        Time coasting{0};
+        // How its last item pulls itself to the top: from how far off, clockwise, and how fast.
+        std::size_t item = 0;
+        double offset = 0;
+        double offsetVelocity = 0;
+        Time elapsed{0};
     };
 
     RotatingMenu() = default;
 
     [[nodiscard]] double step() const;
     [[nodiscard]] std::optional<double> directionOf(WheelPoint point) const;
-    [[nodiscard]] std::optional<std::size_t> itemTowards(double direction) const;
+    /// To a place that far from the first item, clockwise. There must be items.
+    [[nodiscard]] std::size_t nearestItem(double way) const;
     [[nodiscard]] double restingAngle(std::size_t index) const;
     [[nodiscard]] double dragVelocity(Time moment) const;
     void letGo(double velocity);
