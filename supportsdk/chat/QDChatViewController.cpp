@@ -80,7 +80,8 @@ void QDChatViewController::resetChat() {
 }
 
 void QDChatViewController::refreshLists() {
-    engine_->requestRoomHistory();
+    // The engine may be in the room of another chat, or have been in one.
+    if (!isReadOnly) engine_->requestRoomHistory();
     refreshTimer_ = platform().mainQueue->after(refreshDuration, [weak = weak(this)] {
         const auto self = weak.lock();
         const auto picture = self ? self->view.lock() : nullptr;

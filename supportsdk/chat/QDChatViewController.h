@@ -65,7 +65,7 @@ class SUPPORTSDK_API QDChatViewController : public ScreenController,
     void clear() { reloadData(); }
     /// Reloads soon.
     void refresh() { startReloadTimer(); }
-    /// The user pulled the list: asks the room for its history.
+    /// The user pulled the list: asks the room for its history, unless this chat is only read.
     void refreshLists();
     void reloadData();
     void addMessage(const std::shared_ptr<QuorrandChatMessage>& message);

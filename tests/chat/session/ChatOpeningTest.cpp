@@ -104,6 +104,9 @@ TEST_F(ChatSession, ALiveChatKeepsItsLinesAndItsRoomWhileOneOfThePastIsRead) {
         {{"jid", "other@chat.test/kit"}, {"password", "x"}, {"resource", "users:8"}});
     past["transcripts"] = {{"c0", past["transcripts"]["c1"]}};
     open(past, true);
+    const auto sent = stream().sent.size();
+    screen->refreshLists();
+    EXPECT_EQ(stream().sent.size(), sent) << "the room is not this chat's";
     receive("second");
     EXPECT_THAT(lines(), ElementsAre("me: help", "they: sure"));
     EXPECT_EQ(support->chat->jid, "u7@chat.test/kit");
