@@ -1,13 +1,11 @@
 #include "backends/avahi/AvahiPublisher.h"
 
-#include <pthread.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <chrono>
-#include <csignal>
-#include <system_error>
-#include <thread>
+
+#include "supportsdk/platform/Threads.h"
 
 namespace supportsdk {
 
@@ -62,25 +60,16 @@ std::unique_ptr<AvahiPublisher> AvahiPublisher::start(ServiceRecord record,
 bool AvahiPublisher::run(ServiceRecord record, AvahiPublication::Report report) {
     std::promise<void> withdrawn;
     withdrawn_ = withdrawn.get_future().share();
-    sigset_t all;
-    sigset_t former;
-    sigfillset(&all);
-    // Signals stay the host's threads' business.
-    pthread_sigmask(SIG_SETMASK, &all, &former);
-    bool started = true;
-    try {
-        std::thread([stop = stop_, before = *withdrawals_, record = std::move(record),
-                     report = std::move(report), withdrawn = std::move(withdrawn)]() mutable {
-            pthread_setname_np(pthread_self(), "support-mdns");
+    auto thread = startThread(
+        "support-mdns", [stop = stop_, before = *withdrawals_, record = std::move(record),
+                         report = std::move(report), withdrawn = std::move(withdrawn)]() mutable {
             waitFor(before);
             AvahiPublication(std::move(record), std::move(report)).run(stop->descriptor);
             withdrawn.set_value();
-        }).detach();
-    } catch (const std::system_error&) {
-        started = false;
-    }
-    pthread_sigmask(SIG_SETMASK, &former, nullptr);
-    return started;
+        });
+    if (!thread.joinable()) return false;
+    thread.detach();
+    return true;
 }
 
 }  // namespace supportsdk

@@ -1,12 +1,9 @@
 #include "backends/gio/ColorSchemeWatcher.h"
 
-#include <pthread.h>
-
-#include <csignal>
 #include <string_view>
-#include <system_error>
 
 #include "backends/gio/SessionBus.h"
+#include "supportsdk/platform/Threads.h"
 
 namespace supportsdk {
 
@@ -29,19 +26,8 @@ Variant callRead(GDBusConnection* connection, const char* method, GCancellable* 
 
 ColorSchemeWatcher::ColorSchemeWatcher(std::function<void(bool dark)> known)
     : known_(std::move(known)) {
-    sigset_t all;
-    sigset_t former;
-    sigfillset(&all);
-    // Signals stay the host's threads' business.
-    pthread_sigmask(SIG_SETMASK, &all, &former);
-    try {
-        thread_ = std::thread([this] {
-            pthread_setname_np(pthread_self(), "support-scheme");
-            watch();
-        });
-    } catch (const std::system_error&) {  // no thread: the look stays as it is
-    }
-    pthread_sigmask(SIG_SETMASK, &former, nullptr);
+    // Without a thread the look stays as it is.
+    thread_ = startThread("support-scheme", [this] { watch(); });
 }
 
 ColorSchemeWatcher::~ColorSchemeWatcher() {

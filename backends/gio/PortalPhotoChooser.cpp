@@ -3,10 +3,10 @@
 #include <gio/gio.h>
 
 #include <filesystem>
-#include <fstream>
 #include <utility>
 
 #include "backends/gio/PortalRequest.h"
+#include "supportsdk/platform/PlainFile.h"
 
 namespace supportsdk {
 
@@ -23,24 +23,11 @@ fs::path pathOf(const std::string& uri) {
     return result;
 }
 
-std::optional<Bytes> readPicture(const std::string& uri) {
-    const auto path = pathOf(uri);
-    std::error_code error;
-    // Anything but a plain file could block for ever.
-    if (path.empty() || !fs::is_regular_file(path, error)) return std::nullopt;
-    const auto size = fs::file_size(path, error);
-    if (error || size == 0 || size > maximumBytes) return std::nullopt;
-    Bytes data(static_cast<std::size_t>(size));
-    std::ifstream file(path, std::ios::binary);
-    if (!file.read(reinterpret_cast<char*>(data.data()), static_cast<std::streamsize>(size)))
-        return std::nullopt;
-    return data;
-}
-
 std::vector<PhotoItem> itemsOf(const std::vector<std::string>& uris) {
     std::vector<PhotoItem> items;
     items.reserve(uris.size());
-    for (const auto& uri : uris) items.push_back({nullptr, [uri] { return readPicture(uri); }});
+    for (const auto& uri : uris)
+        items.push_back({nullptr, [uri] { return readPlainFile(pathOf(uri), maximumBytes); }});
     return items;
 }
 

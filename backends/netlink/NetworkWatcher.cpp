@@ -2,14 +2,13 @@
 
 #include <linux/rtnetlink.h>
 #include <poll.h>
-#include <pthread.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <csignal>
-#include <system_error>
+
+#include "supportsdk/platform/Threads.h"
 
 namespace supportsdk {
 
@@ -28,19 +27,7 @@ constexpr int longestBurst = 50;
 NetworkWatcher::NetworkWatcher(std::function<void()> changed)
     : changed_(std::move(changed)), socket_(groups), stop_(eventfd(0, EFD_CLOEXEC)) {
     if (!socket_.isOpen() || stop_ < 0) return;
-    sigset_t all;
-    sigset_t former;
-    sigfillset(&all);
-    // Signals stay the host's threads' business.
-    pthread_sigmask(SIG_SETMASK, &all, &former);
-    try {
-        thread_ = std::thread([this] {
-            pthread_setname_np(pthread_self(), "networkwatcher");
-            watch();
-        });
-    } catch (const std::system_error&) {  // no thread: isWatching() tells
-    }
-    pthread_sigmask(SIG_SETMASK, &former, nullptr);
+    thread_ = startThread("networkwatcher", [this] { watch(); });
 }
 
 NetworkWatcher::~NetworkWatcher() {

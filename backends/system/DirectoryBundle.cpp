@@ -1,7 +1,8 @@
 #include "backends/system/DirectoryBundle.h"
 
 #include <algorithm>
-#include <fstream>
+
+#include "supportsdk/platform/PlainFile.h"
 
 namespace supportsdk {
 
@@ -50,15 +51,7 @@ std::optional<fs::path> DirectoryBundle::path(const std::string& name,
 
 std::optional<Bytes> DirectoryBundle::data(const std::string& name, const std::string& type) const {
     const auto file = path(name, type);
-    if (!file) return std::nullopt;
-    std::error_code error;
-    const auto size = fs::file_size(*file, error);
-    if (error || size > maximumFileBytes) return std::nullopt;
-    std::ifstream in(*file, std::ios::binary);
-    Bytes bytes(size);
-    in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(size));
-    if (!in && size > 0) return std::nullopt;
-    return bytes;
+    return file ? readPlainFile(*file, maximumFileBytes) : std::nullopt;
 }
 
 }  // namespace supportsdk

@@ -1,7 +1,8 @@
 #include "backends/system/GettextCatalog.h"
 
 #include <cstring>
-#include <fstream>
+
+#include "supportsdk/platform/PlainFile.h"
 
 namespace supportsdk {
 
@@ -11,25 +12,14 @@ constexpr std::uint32_t magic = 0x950412de;
 constexpr std::uint32_t swappedMagic = 0xde120495;
 constexpr std::size_t tableEntryBytes = 8;
 
-std::optional<std::string> contentOf(const std::filesystem::path& file) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;
-    const auto size = std::filesystem::file_size(file, error);
-    if (error || size > GettextCatalog::maximumFileBytes) return std::nullopt;
-    std::string bytes(size, '\0');
-    std::ifstream in(file, std::ios::binary);
-    if (!in.read(bytes.data(), static_cast<std::streamsize>(size))) return std::nullopt;
-    return bytes;
-}
-
 }  // namespace
 
 std::optional<GettextCatalog> GettextCatalog::load(const std::filesystem::path& file) {
-    auto bytes = contentOf(file);
+    const auto bytes = readPlainFile(file, maximumFileBytes);
     if (!bytes) return std::nullopt;
 
     GettextCatalog catalog;
-    catalog.bytes_ = std::move(*bytes);
+    catalog.bytes_ = toText(*bytes);
     const auto mark = catalog.number(0);
     catalog.swapped_ = mark == swappedMagic;
     if (!catalog.swapped_ && mark != magic) return std::nullopt;

@@ -1,14 +1,12 @@
 #include "backends/system/WorkerThreads.h"
 
-#include <pthread.h>
-
 #include <condition_variable>
-#include <csignal>
 #include <deque>
 #include <mutex>
-#include <system_error>
 #include <thread>
 #include <vector>
+
+#include "supportsdk/platform/Threads.h"
 
 namespace supportsdk {
 
@@ -52,22 +50,6 @@ std::string threadName(const std::string& name) {
     return piece.substr(0, longest);
 }
 
-/// Blocks all signals for the threads that are started while it lives: they inherit the mask.
-class BlockedSignals {
- public:
-    BlockedSignals() {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &former_);
-    }
-    ~BlockedSignals() { pthread_sigmask(SIG_SETMASK, &former_, nullptr); }
-    BlockedSignals(const BlockedSignals&) = delete;
-    BlockedSignals& operator=(const BlockedSignals&) = delete;
-
- private:
-    sigset_t former_{};
-};
-
 }  // namespace
 
 WorkerThreads::WorkerThreads(std::string name, std::size_t maximum)
@@ -100,14 +82,10 @@ void WorkerThreads::post(std::function<void()> work) {
     shared_->queue.push_back(std::move(work));
     // A thread that was woken but has not run yet still counts as idle, hence the comparison.
     if (shared_->queue.size() > shared_->idle && shared_->threads.size() < shared_->maximum) {
-        const BlockedSignals blocked;
-        try {
-            shared_->threads.emplace_back([shared = shared_] {
-                pthread_setname_np(pthread_self(), threadName(shared->name).c_str());
-                shared->serve();
-            });
-        } catch (const std::system_error&) {  // out of threads: the others, or a later post, do it
-        }
+        auto thread =
+            startThread(threadName(shared_->name), [shared = shared_] { shared->serve(); });
+        // Out of threads, the others, or a later post, do it.
+        if (thread.joinable()) shared_->threads.push_back(std::move(thread));
     }
     shared_->wake.notify_one();
 }
