@@ -11,9 +11,6 @@ using BootstrapTest = SupportTest;
 
 TEST_F(BootstrapTest, readsTheKitsBundleAndAsksForSettingsAtOnce) {
     const auto support = start();
-    EXPECT_EQ(support->supportSDKName, "SupportSDK");
-    EXPECT_EQ(support->supportSDKVersion, "4.2");
-    EXPECT_EQ(support->supportSDKBuild, "77");
     EXPECT_EQ(support->clientAppIdentifier(), "SupportSDK 4.2, iOS 6.1 [acme]");
     EXPECT_TRUE(support->isProduction());
     ASSERT_EQ(fakes.http->sent.size(), 1U);
@@ -99,18 +96,14 @@ TEST_F(BootstrapTest, aConfigurationOnTrialIsKeptOrRolledBack) {
     EXPECT_EQ(support->config->getSavedConfiguration(), other);
     EXPECT_EQ(stored().flushes, 1);
 
+    support->reloadWithJSON(Json{{"integrationId", "third"}});
+    fakes.http->answer(3, 404, Json::object());
+    EXPECT_EQ(support->providerId(), "other") << "the second trial backs up the first";
+
     support->restoreDefaultConfiguration();
     EXPECT_EQ(support->providerId(), "acme");
     EXPECT_FALSE(support->config->getSavedConfiguration());
-    EXPECT_EQ(fakes.http->request(3).url, "https://api.now.example/sdk/v1/app/get");
-}
-
-TEST_F(BootstrapTest, aSecondTrialBacksUpTheFirst) {
-    const auto support = startWithSettings();
-    support->reloadWithJSON(other);
-    support->reloadWithJSON(Json{{"integrationId", "third"}});
-    fakes.http->answer(2, 404, Json::object());
-    EXPECT_EQ(support->providerId(), "other");
+    EXPECT_EQ(fakes.http->request(4).url, "https://api.now.example/sdk/v1/app/get");
 }
 
 TEST_F(BootstrapTest, theButtonsImageIsReplacedWithEveryConfiguration) {
@@ -143,13 +136,6 @@ TEST_F(BootstrapTest, filesOfTheMainBundleAreFoundByTheFirstTwoPiecesOfTheirName
 
     fakes.mainBundle->infos.erase("CFBundleIdentifier");
     EXPECT_EQ(read("plain"), Json());
-}
-
-TEST_F(BootstrapTest, missingUsageDescriptionsAreNamedInOrder) {
-    const auto support = start();
-    fakes.mainBundle->infos["NSMicrophoneUsageDescription"] = "to talk";
-    EXPECT_THAT(support->validateInfoPlistKeys(),
-                ElementsAre("NSCameraUsageDescription", "NSPhotoLibraryUsageDescription"));
 }
 
 TEST_F(BootstrapTest, theTopScreenLiesBehindPresentationsAndStacks) {

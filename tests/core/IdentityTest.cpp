@@ -6,16 +6,7 @@ namespace {
 
 using testing::ElementsAre;
 
-class IdentityTest : public SupportTest {
- protected:
-    void resolve(const std::shared_ptr<Support>& support, int status, const Json& response) {
-        support->getCustomer(
-            {{kUserEmail, "jo@acme.example"}}, [this](const Json&) { told += "success "; },
-            [this](const Json&) { told += "failure "; });
-        fakes.http->answer(fakes.http->sent.size() - 1, status, response);
-    }
-    std::string told;
-};
+using IdentityTest = SupportTest;
 
 TEST_F(IdentityTest, theDefaultMemberReplacesWhatWasKnownButNothingStored) {
     const auto support = startWithSettings(
@@ -36,6 +27,7 @@ TEST_F(IdentityTest, theDefaultMemberReplacesWhatWasKnownButNothingStored) {
 TEST_F(IdentityTest, aResolvedCustomerIsTakenAsItCame) {
     const auto support = startWithSettings(
         {{"supportHistoryEnabled", true}, {"defaultMember", {{"memberDeviceId", "d"}}}});
+    std::string told;
     support->getCustomer({{kUserEmail, "jo@acme.example"}},
                          [&](const Json&) {
                              told += support->isMemberSet() ? "set" : "unset";
@@ -61,10 +53,17 @@ TEST_F(IdentityTest, aResolvedCustomerIsTakenAsItCame) {
 
 TEST_F(IdentityTest, onlyAFailedResolveKeepsWhatWasKnown) {
     const auto support = startWithSettings({{"defaultMember", {{"memberId", "m"}}}});
-    resolve(support, 404, Json::object());
-    resolve(support, 201, {{"members_id", "other"}});
+    std::string told;
+    const auto resolve = [&](int status, const Json& response) {
+        support->getCustomer(
+            {{kUserEmail, "jo@acme.example"}}, [&](const Json&) { told += "success "; },
+            [&](const Json&) { told += "failure "; });
+        fakes.http->answerTo("/resolve", status, response);
+    };
+    resolve(404, Json::object());
+    resolve(201, {{"members_id", "other"}});
     EXPECT_EQ(support->identity.membersId.text(), "m");
-    resolve(support, 200, Json::object());
+    resolve(200, Json::object());
     EXPECT_FALSE(support->identity.membersId.isSet());
     EXPECT_EQ(told, "failure failure success ");
 }

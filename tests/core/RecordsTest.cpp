@@ -88,22 +88,6 @@ TEST(QDUserTest, clearKeepsThePasswordAndRelationsAreOnlyFilledFromTexts) {
     EXPECT_EQ(user.dict(), Json({{"password", "p"}}));
 }
 
-TEST(QDLocationTest, copiesAndClearsAllButItsRelations) {
-    QDLocation location;
-    location.id = "l";
-    location.state_id = 4;
-    location.longitude = "2";
-    location.entity_name = "Site";
-    QDLocation copy;
-    copy.city = "gone";
-    copy.copyFrom(location);
-    EXPECT_EQ(copy.dict(), Json({{"id", "l"}, {"state_id", 4}, {"longitude", "2"}}));
-    EXPECT_EQ(copy.entity_name, std::nullopt);
-    location.clear();
-    EXPECT_EQ(location.dict(), Json::object());
-    EXPECT_EQ(location.entity_name, "Site");
-}
-
 TEST(ObjectDescriptionTest, nestedObjectsAreIndentedByTheirDepth) {
     const auto inner = [] {
         return qd_classPropertiesAndValues("Inner", [] { return PropertyList{{"x", "1"}}; });
@@ -113,10 +97,10 @@ TEST(ObjectDescriptionTest, nestedObjectsAreIndentedByTheirDepth) {
             return PropertyList{{"in", inner()}};
         });
     };
-    const std::string expected =
-        "<Outer> {\n\tin: [ \t<Inner> {\n\t\tx: [ 1 ]\n\t} </Inner>\n ]\n} </Outer>\n";
-    EXPECT_EQ(outer(), expected);
-    EXPECT_EQ(outer(), expected);
+    for (const auto& again : {outer(), outer()}) {
+        EXPECT_EQ(again,
+                  "<Outer> {\n\tin: [ \t<Inner> {\n\t\tx: [ 1 ]\n\t} </Inner>\n ]\n} </Outer>\n");
+    }
 
     QDMember member;
     member.member_locations.emplace_back();

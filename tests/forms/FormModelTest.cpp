@@ -121,22 +121,6 @@ TEST(FormModelTest, CountsGapsUpToTheNextRequiredTitle) {
     EXPECT_THAT(title.missingRequiredFields, ElementsAre("A", "B"));
 }
 
-TEST(FormModelTest, SendsWhatShows) {
-    QDFormModel form(Json{{"id", "f-1"},
-                          {"checklist_id", 7},
-                          {"field_defs",
-                           {{"shown", {{"fieldType", "text"}}},
-                            {"empty", {{"fieldType", "text"}}},
-                            {"hidden", {{"parentKey", "shown"}}}}},
-                          {"field_data", {{"shown", "old"}, {"hidden", "secret"}}}});
-    form.determineVisibleFields();
-    form.fieldsDict["shown"]->valueUpdated = "new";
-    EXPECT_EQ(form.dict(), Json({{"checklist_id", "f-1"},
-                                 {"checklists_id", "f-1"},
-                                 {"checklist_log_id", ""},
-                                 {"shown", "new"}}));
-}
-
 TEST(FormModelTest, SurvivesFormsThatAreLegalAndAbsurd) {
     for (const auto& odd :
          {Json(), Json("text"), Json::array({1}),

@@ -8,10 +8,7 @@ namespace supportsdk::test {
 namespace {
 
 using A = Appearance;
-using T = ChannelTitles;
 using ColorAccessor = std::function<std::optional<Color>(const Appearance&)>;
-using ImageAccessor = ImagePtr (Appearance::*)() const;
-using TextAccessor = std::optional<std::string> (Appearance::*)() const;
 
 constexpr Color own = colorFromRGB(0x010203);
 constexpr Color ownDark = colorFromRGB(0x040506);
@@ -38,42 +35,25 @@ TEST(Colors, AreReadAsHexadecimalNumbers) {
         EXPECT_EQ(colorWithHexString(text), std::nullopt) << text;
 }
 
+/// One of each kind of fallback, and the keys that are shared.
 TEST_F(AccessorsTest, AnswerTheirKeyAndFallBack) {
     const auto text = colorFromRGB(1), button = colorFromRGB(2), icon = colorFromRGB(3);
-    const auto line = colorFromRGB(4), bar = colorFromRGB(5), ground = colorFromRGB(6),
-               label = colorFromRGB(7);
+    const auto line = colorFromRGB(4), bar = colorFromRGB(5), ground = colorFromRGB(6);
+    const auto label = colorFromRGB(7);
     fakes.traits->systemColors = {{"systemBackgroundColor", ground}, {"labelColor", label}};
     const auto common = *parseJson(R"({"textColor": "#1", "buttonColor": "#2", "iconColor": "#3",
                                        "lineColor": "#4", "navigationBarColor": "#5"})");
-    struct Case {
-        const char* key;
-        ColorAccessor accessor;
-        Color fallback;
-    };
-    for (const auto& [key, accessor, fallback] : std::initializer_list<Case>{
-             {"homeIconColor", &A::homeIconColor, icon},
-             {"homeLineColor", &A::homeLineColor, line},
-             {"homeTextColor", &A::homeTextColor, text},
-             {"homeIconColor", &A::callMeHeaderTextColor, text},
-             {"homeIconColor", &A::callMeLabelTextColor, text},
-             {"callMeHintTextColor", &A::callMeHintTextColor, text},
-             {"callMeButtonTextColor", &A::callMeButtonTextColor, button},
-             {"callMeButtonBackgroundColor", &A::callMeButtonBackgroundColor, ground},
-             {"chatRefidTextColor", &A::chatRefidTextColor, text},
-             {"chatNavBarColor", &A::chatNavBarColor, bar},
-             {"chatSendButtonEnabledColor", &A::chatSendButtonEnabledColor, button},
-             {"chatSendButtonDisabledColor", &A::chatSendButtonDisabledColor, bar},
-             {"chatTimeStampColor", &A::chatTimeStampColor, text},
-             {"chatActionButtonBorderColor", &A::chatActionButtonBorderColor, label},
-             {"chatIconColor", &A::chatIconColor, icon},
-             {"ratingHeaderTextColor", &A::ratingHeaderTextColor, text},
-             {"ratingLabelTextColor", &A::ratingLabelTextColor, text},
-             {"ratingHintTextColor", &A::ratingHintTextColor, text},
-             {"ratingButtonTextColor", &A::ratingButtonTextColor, button},
-             {"ratingButtonBackgroundColor", &A::ratingButtonBackgroundColor, ground},
-             {"kbFolderNameTextColor", &A::kbFolderNameTextColor, text},
-             {"kbTextColor", &A::kbTextColor, text},
-             {"kbFolderL0BackgroundColor", &A::kbFolderL0BackgroundColor, ground}}) {
+    const std::vector<std::tuple<const char*, ColorAccessor, Color>> cases = {
+        {"homeIconColor", &A::homeIconColor, icon},
+        {"homeLineColor", &A::homeLineColor, line},
+        {"homeIconColor", &A::callMeHeaderTextColor, text},
+        {"homeIconColor", &A::callMeLabelTextColor, text},
+        {"callMeButtonTextColor", &A::callMeButtonTextColor, button},
+        {"callMeButtonBackgroundColor", &A::callMeButtonBackgroundColor, ground},
+        {"chatSendButtonDisabledColor", &A::chatSendButtonDisabledColor, bar},
+        {"chatActionButtonBorderColor", &A::chatActionButtonBorderColor, label},
+        {"chatIconColor", &A::chatIconColor, icon}};
+    for (const auto& [key, accessor, fallback] : cases) {
         theme.configureWithSettings({{"colors", common}});
         EXPECT_EQ(accessor(theme), fallback) << key;
         auto colors = common;
@@ -120,25 +100,15 @@ TEST_F(AccessorsTest, AnswerWithoutAnyTheme) {
 }
 
 TEST_F(AccessorsTest, PreferTheDarkKeyInADarkLookWhenThereIsOne) {
-    struct Case {
-        std::vector<const char*> path;  // sections of the theme, then the key
-        ColorAccessor accessor;
-    };
-    for (const auto& [path, accessor] : std::initializer_list<Case>{
-             {{"colors", "textColor"}, &A::textColor},
-             {{"menuAppearance", "textColor"}, &A::menuTextColor},
-             {{"menuAppearance", "iconColor"}, &A::menuIconColor},
-             {{"menuAppearance", "borderColor"}, &A::menuBorderColor},
-             {{"menuAppearance", "backgroundColor"}, &A::menuBackgroundColor},
-             {{"navigationBarAppearance", "textColor"}, &A::navigationBarTextColor},
-             {{"navigationBarAppearance", "iconColor"}, &A::navigationBarIconColor},
-             {{"navigationBarAppearance", "backgroundColor"}, &A::navigationBarBackgroundColor},
-             {{"formAppearance", "Entry", "BorderColor"}, &A::formEntryBorderColor},
-             {{"formAppearance", "entry", "textColor"}, &A::formEntryTextColor},
-             {{"formAppearance", "label", "textColor"}, &A::formLabelTextColor},
-             {{"formAppearance", "label", "requiredTextColor"}, &A::formLabelRequiredTextColor},
-             {{"formAppearance", "label", "requiredIndicatorColor"},
-              &A::formLabelRequiredIndicatorColor}}) {
+    // Sections of the theme, then the key; of the form's, in any case of letters.
+    const std::vector<std::pair<std::vector<const char*>, ColorAccessor>> cases = {
+        {{"colors", "textColor"}, &A::textColor},
+        {{"menuAppearance", "borderColor"}, &A::menuBorderColor},
+        {{"navigationBarAppearance", "backgroundColor"}, &A::navigationBarBackgroundColor},
+        {{"formAppearance", "Entry", "BorderColor"}, &A::formEntryBorderColor},
+        {{"formAppearance", "label", "requiredIndicatorColor"},
+         &A::formLabelRequiredIndicatorColor}};
+    for (const auto& [path, accessor] : cases) {
         Json::json_pointer key;
         for (const auto* part : path) key /= part;
         const auto darkKey = key.parent_pointer() / (std::string(path.back()) + "Dark");
@@ -155,35 +125,18 @@ TEST_F(AccessorsTest, PreferTheDarkKeyInADarkLookWhenThereIsOne) {
     }
 }
 
-TEST_F(AccessorsTest, GiveEachMenuEntryItsTextAndIconAndLetTitlesWin) {
-    struct Case {
-        const char* entry;
-        TextAccessor text;
-        ImageAccessor icon;
-        std::optional<std::string> ChannelTitles::*title;
-    };
+TEST_F(AccessorsTest, GiveMenuEntriesTheirTextAndIconAndLetTitlesWin) {
     fakes.kitBundle->files["i.png"] = "picture";
-    for (const auto& [entry, text, icon, title] : std::initializer_list<Case>{
-             {"chat", &A::chatMenuText, &A::chatMenuIcon, &T::chatTitle},
-             {"callme", &A::callMeMenuText, &A::callMeMenuIcon, &T::callmeTitle},
-             {"knowledge", &A::knowledgeMenuText, &A::knowledgeMenuIcon, &T::kbTitle},
-             {"web", &A::webMenuText, &A::webMenuIcon, &T::websiteTitle},
-             {"email", &A::emailMenuText, &A::emailMenuIcon, &T::emailTitle},
-             {"phone", &A::phoneMenuText, &A::phoneMenuIcon, &T::phoneTitle},
-             {"forms", &A::formsMenuText, &A::formsMenuIcon, &T::formsTitle},
-             {"history", &A::historyMenuText, &A::historyMenuIcon, &T::historyTitle},
-             {"journeys", &A::journeysMenuText, &A::journeysMenuIcon, &T::journeysTitle},
-             {"exit", &A::exitMenuText, &A::exitMenuIcon, nullptr}}) {
+    const auto textFor = [&](const char* entry, const auto& accessor) {
         theme.configureWithSettings({{"menu", {{entry, {{"text", entry}, {"icon", "i"}}}}}});
-        EXPECT_EQ((theme.*text)(), entry);
-        EXPECT_NE((theme.*icon)(), nullptr) << entry;
-        if (!title) continue;
-        theme.titles.*title = "";
-        EXPECT_EQ((theme.*text)(), "") << entry;
-    }
-    Appearance other{fakes.platform};
-    other.configureWithSettings({{"menu", {{"callMe", {{"text", "not under this name"}}}}}});
-    EXPECT_EQ(other.callMeMenuText(), std::nullopt);
+        return (theme.*accessor)();
+    };
+    EXPECT_EQ(textFor("callMe", &A::callMeMenuText), std::nullopt) << "not under this name";
+    EXPECT_EQ(textFor("callme", &A::callMeMenuText), "callme");
+    EXPECT_NE(theme.callMeMenuIcon(), nullptr);
+    theme.titles.kbTitle = "";
+    EXPECT_EQ(textFor("knowledge", &A::knowledgeMenuText), "");
+    EXPECT_EQ(textFor("exit", &A::exitMenuText), "exit");
 }
 
 }  // namespace

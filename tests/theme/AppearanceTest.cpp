@@ -145,16 +145,6 @@ TEST_F(AppearanceTest, SaysWhyATextDoesNotParseAndChangesNothing) {
     EXPECT_EQ(theme.getJSONFromFile("missing"), std::nullopt);
 }
 
-TEST_F(AppearanceTest, FindsPicturesInTheKitBeforeTheHost) {
-    fakes.kitBundle->files = {{"kit.png", "1"}, {"both.png", "2"}, {"damaged.png", "bad"}};
-    fakes.mainBundle->files = {{"host.png", "3"}, {"both.png", "bad"}, {"damaged.png", "4"}};
-    for (const auto* name : {"kit", "host", "both", "damaged"})
-        EXPECT_NE(theme.imageForName(name), nullptr) << name;
-    fakes.mainBundle->files["damaged.png"] = "bad";
-    EXPECT_EQ(theme.imageForName("damaged"), nullptr);
-    EXPECT_EQ(theme.imageForName("neither"), nullptr);
-}
-
 TEST_F(AppearanceTest, BoundsWhatAThemeMayName) {
     Json same, many, colors;
     for (int i = 0; i < 2000; ++i) {
@@ -164,6 +154,7 @@ TEST_F(AppearanceTest, BoundsWhatAThemeMayName) {
         many[name] = name;
         colors[name + "color"] = "#123456";
     }
+    fakes.mainBundle->files = {{"0.png", "bad"}};
     theme.configureWithSettings({{"icons", same}, {"menu", {{"chat", {{"icon", "0"}}}}}});
     EXPECT_EQ(codec->decoded, 1);
     theme.configureWithSettings({{"icons", many}, {"menuAppearance", colors}});
@@ -180,7 +171,7 @@ TEST_F(AppearanceTest, BoundsWhatAThemeMayName) {
 class ThemeAndChatTest : public SupportTest {};
 
 TEST_F(ThemeAndChatTest, ReachesTheChatThatIsAttachedAfterTheFirstTheme) {
-    fakes.kitBundle->files["clip.png"] = fakes.kitBundle->files["plane.png"] = "picture";
+    fakes.kitBundle->files["clip.png"] = fakes.mainBundle->files["plane.png"] = "picture";
     fakes.kitBundle->files["default_appearance.json"] =
         R"({"icons": {"chatAttachmentButtonImage": "clip"}})";
     const auto support = start();

@@ -70,20 +70,5 @@ TEST_F(HttpLifetime, endsReadersToo) {
     EXPECT_FALSE(reader.get());
 }
 
-TEST_F(HttpLifetime, isManyRequestsFromStartToEnd) {
-    LoopbackHttpServer server;
-    server.answer("/ok", 200, "ok");
-    for (int round = 0; round < 30; ++round) {
-        makeClient({});
-        for (int i = 0; i < 5; ++i) {
-            HttpRequest request;
-            request.url = server.url("/ok");
-            client->send(request, [](const HttpResponse& got) { EXPECT_EQ(got.status, 200); });
-        }
-        if (round % 2) queue->pumpFor(milliseconds{round % 5});
-    }
-    client.reset();
-}
-
 }  // namespace
 }  // namespace supportsdk::test

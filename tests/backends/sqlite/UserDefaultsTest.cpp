@@ -50,11 +50,11 @@ TEST_F(Defaults, keepSuitesApartAndInTheFolder) {
                                             "..",
                                             "../../escape",
                                             "/etc/passwd",
-                                            "a/b",
                                             std::string("a\0b", 3),
                                             "standard",
                                             "%2e",
                                             ".",
+                                            "a/b",
                                             std::string(5000, 'n'),
                                             std::string(5001, 'n')};
     const auto store = open();
@@ -74,13 +74,6 @@ TEST_F(Defaults, keepSuitesApartAndInTheFolder) {
         EXPECT_EQ(status.st_mode & 0777, entry.is_directory() ? 0700U : 0600U) << entry.path();
         EXPECT_TRUE(entry.is_directory() || entry.path().parent_path() == data) << entry.path();
     }
-}
-
-TEST_F(Defaults, flushMeansThatAllIsSafe) {
-    const auto store = open();
-    store->standard()->setValue("a", 1);
-    EXPECT_TRUE(store->standard()->flush());
-    EXPECT_EQ(open()->standard()->value("a"), 1);
 }
 
 TEST_F(Defaults, liveInMemoryWhereThereIsNoFolder) {

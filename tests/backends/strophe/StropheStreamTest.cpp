@@ -137,16 +137,6 @@ TEST_F(StropheStreamTest, TheServersEndsAreToldApart) {
     EXPECT_EQ(ann->ends.size() + tess->ends.size() + other->ends.size(), 3U) << "each once";
 }
 
-TEST_F(StropheStreamTest, AKilledServerIsLostAndFoundAgainAfterItsRestart) {
-    server->kill();
-    ASSERT_TRUE(awaitEnd(*ann));
-    EXPECT_EQ(ann->ends[0].loss, XmppLoss::lost);
-    EXPECT_FALSE(ann->stream->isAuthenticated());
-    ASSERT_TRUE(server->start());
-    auto again = connect("ann@support.test/desk");
-    EXPECT_TRUE(awaitUp(*again));
-}
-
 TEST_F(StropheStreamTest, AStreamThatIsCutLeavesItsRoomsAtOnce) {
     const auto room = server->room("r");
     ann->stream->send("<presence to='" + room +

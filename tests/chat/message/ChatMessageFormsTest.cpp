@@ -43,6 +43,7 @@ TEST_F(ChatMessageForms, DictionaryTakesALineThereAndBack) {
     EXPECT_EQ(after->dict(), dictionary);
     EXPECT_TRUE(after->isValidMessage);
     EXPECT_EQ(after->chatActionButtons.size(), 1);
+    EXPECT_FALSE(after->xmppMessage());
     EXPECT_TRUE(before->isFoundInArray({{{"id", "other"}}, dictionary}));
     EXPECT_FALSE(before->isFoundInArray({{{"id", "other"}}, 5}));
 
@@ -88,12 +89,6 @@ TEST_F(ChatMessageForms, DatesAreToldInTheDevicesZone) {
     fakes.localizer->texts["M/d/yy"] = "dd.MM.yy";
     EXPECT_EQ(transcript->dateString(), "05.01.26");
     EXPECT_EQ(QuorrandChatMessage::create(*chat)->timeString(), std::nullopt);
-}
-
-TEST_F(ChatMessageForms, StanzaIsMadeAnewFromItsText) {
-    const auto message = line({.body = "a < b", .id = "7"});
-    EXPECT_EQ(message->xmppMessage()->childText("body"), "a < b");
-    EXPECT_FALSE(QuorrandChatMessage::createWithDict(*chat, message->dict())->xmppMessage());
 }
 
 TEST_F(ChatMessageForms, OwnDataMessageIsCompactJsonThatComesBackAsNoLine) {

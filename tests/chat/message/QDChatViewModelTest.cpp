@@ -65,45 +65,6 @@ class ChatViewModel : public ChatFixture, public testing::Test {
     QDChatViewModel model{chat};
 };
 
-TEST_F(ChatViewModel, GapIsMeasuredFromTheLineBefore) {
-    for (const int minute : {0, 2, 4, 6, 9, 9})
-        model.addMessage(at(std::chrono::minutes{minute}, std::to_string(minute) + "a"));
-    model.addMessage(at(9min, "9b"));
-    EXPECT_THAT(shown(), ElementsAre(ElementsAre("0a", "2a", "4a", "6a"), ElementsAre("9a", "9b")));
-}
-
-TEST_F(ChatViewModel, DuplicateChangesNothing) {
-    const auto last = at(0min, "hi");
-    model.addMessage(last);
-    model.addMessage(at(0min, "hi"));
-    EXPECT_EQ(model.messages().size(), 1);
-    EXPECT_FALSE(last->disabled);
-    EXPECT_TRUE(last->chatActionButtons.front()->isEnabled);
-    model.addMessage(at(1min, "hi"));
-    EXPECT_EQ(model.messages().size(), 2);
-
-    model.clearMessages();
-    EXPECT_TRUE(model.messageGroups().empty());
-    EXPECT_EQ(model.lastMessage(), nullptr);
-    model.addMessage(at(0min, "hi"));
-    EXPECT_EQ(model.messages().size(), 1);
-}
-
-TEST_F(ChatViewModel, StrangersAreHeldBackUntilTheyMayBeShown) {
-    model.addMessage(at(0min, "hello"));
-    const auto held = at(1min, "psst", "stranger");
-    model.addMessage(held);
-    EXPECT_THAT(shown(), ElementsAre(ElementsAre("hello")));
-    EXPECT_EQ(model.lastMessage(), held);
-
-    const auto revision = chat->participantsRevision();
-    letIn({"", "agent"});
-    EXPECT_EQ(chat->participantsRevision(), revision);
-    chat->ignoreParticipantStatus = true;
-    model.addMessage(at(1min, "who?"));
-    EXPECT_THAT(shown(), ElementsAre(ElementsAre("hello", "psst", "who?")));
-}
-
 TEST_F(ChatViewModel, RestoredLinesStandInFrontOfNewerOnesAndOnlyTheLastIsLive) {
     const auto first = at(0min, "first");
     const auto last = at(1min, "last");
@@ -165,6 +126,10 @@ TEST_F(ChatViewModel, ShortcutsShowWhatThePlainRuleShows) {
             if (below(20) == 0) {
                 if (!eligible.erase(sender)) eligible.insert(sender);
                 letIn(eligible);
+                const auto revision = chat->participantsRevision();
+                letIn(eligible);
+                ASSERT_EQ(chat->participantsRevision(), revision) << "the same ones again";
+                chat->ignoreParticipantStatus = below(10) == 0;
             }
             now += std::chrono::minutes{below(4)};
             const auto minute = below(oddities) == 0 ? now : std::chrono::minutes{below(span)};
@@ -233,7 +198,7 @@ TEST_F(ChatViewModel, HeightOfALineIsThatOfItsParts) {
     EXPECT_EQ(height(), 105 + 30 + 7 + 20 + 16 + 20 + 80);
 }
 
-TEST_F(ChatViewModel, LocalHistoryIsKeptByConversation) {
+TEST_F(ChatViewModel, LocalHistoryIsKeptByConversationAndLeftOutWhereItIsDamaged) {
     const auto stored = [this] { return chat->defaults->value("QuorrandChatHistory"); };
     chat->commId = "one";
     model.addMessage(at(0min, "not kept"));
@@ -258,22 +223,14 @@ TEST_F(ChatViewModel, LocalHistoryIsKeptByConversation) {
     EXPECT_TRUE(model.isDuplicateMessage(*last));
     model.addMessage(at(4min, "d"));
     EXPECT_THAT(shown(), ElementsAre(ElementsAre("a", "b", "d")));
-}
 
-TEST_F(ChatViewModel, DamagedLocalHistoryIsLeftOut) {
-    model.useLocalHistory(true);
-    chat->commId = "one";
-    model.loadHistory();
-    for (const Json& damaged : {Json("text"), Json{{"one", 7}}, Json{{"two", Json::array()}}}) {
+    model.clearMessages();
+    for (const Json& damaged :
+         {Json("text"), Json{{"one", 7}}, Json{{"one", {7, {{"date", "x"}}, nullptr}}}}) {
         chat->defaults->setValue("QuorrandChatHistory", damaged);
-        model.addMessage(at(0min, "here"));
         model.loadHistory();
-        EXPECT_EQ(model.messages().size(), 1);
+        EXPECT_LE(model.messages().size(), 1U) << damaged;
     }
-    chat->defaults->setValue("QuorrandChatHistory", {{"one", {7, {{"date", "x"}}, nullptr}}});
-    model.loadHistory();
-    EXPECT_EQ(model.messages().size(), 1);
-    EXPECT_NE(model.lastMessage()->text, "here");
 }
 
 TEST_F(ChatViewModel, ListScrollsOnceToTheNewestLineAfterAReload) {

@@ -52,13 +52,7 @@ TEST_F(ChatEnding, TheRatingWaitsUntilThePersonIsBackFromAnArticleAndLeaves) {
     EXPECT_THAT(companion->log, ElementsAre("rating"));
 }
 
-TEST_F(ChatEnding, FinishedOrUnreachableIssueIsJustLeft) {
-    openAndJoin();
-    endChat(7);
-    EXPECT_EQ(requests("/issues/resolve"), 0);
-    EXPECT_TRUE(hasLeft());
-
-    fakes.presenter->log.clear();
+TEST_F(ChatEnding, APresentedScreenIsDismissedAndAnUnreachableIssueIsJustLeft) {
     open();
     const auto below = std::make_shared<ScreenController>();
     screen->presentingController = below;
@@ -69,36 +63,7 @@ TEST_F(ChatEnding, FinishedOrUnreachableIssueIsJustLeft) {
     EXPECT_EQ(support->rateableIssueId, std::nullopt);
 }
 
-TEST_F(ChatEnding, WhatCannotBeResolvedIsCancelled) {
-    for (const int status : {200, 500}) {
-        open();
-        endChat(nullptr);
-        answer("/issues/resolve/55", {{"success", false}}, status);
-        EXPECT_EQ(fakes.progress->shown.back(), "status Cancelling issue");
-        answer("/issues/cancel/55", {{"success", true}});
-        EXPECT_TRUE(hasLeft());
-        EXPECT_EQ(support->rateableIssueId, std::nullopt);
-        fakes.presenter->log.clear();
-    }
-}
-
-TEST_F(ChatEnding, WhatCannotBeCancelledKeepsThePersonInTheChat) {
-    openAndJoin();
-    const std::pair<int, std::string> cases[] = {{200, ""}, {500, "No, not now"}};
-    for (const auto& [status, message] : cases) {
-        endChat(6);
-        answer("/issues/resolve/55", Json::object(), 500);
-        answer("/issues/cancel/55", {{"message", message}}, status);
-        EXPECT_EQ(fakes.presenter->alerts.back().title, "Unable to resolve issue");
-        EXPECT_EQ(fakes.progress->shown.back(), "dismiss");
-        EXPECT_FALSE(hasLeft());
-    }
-    receive("still here?");
-    EXPECT_THAT(lines(), ElementsAre("they: still here?"));
-    EXPECT_THAT(events, ElementsAre(event::chatStarted));
-}
-
-TEST_F(ChatEnding, StrangeAnswersLeadNowhere) {
+TEST_F(ChatEnding, StrangeAnswersLeadNowhereAndPressedTwiceItLeavesOnce) {
     openAndJoin();
     for (const auto& results : {Json(), Json::array(), Json{{"id", "55"}}, Json("x")}) {
         screen->cancel();
@@ -106,10 +71,6 @@ TEST_F(ChatEnding, StrangeAnswersLeadNowhere) {
     }
     EXPECT_EQ(requests("/issues/resolve"), 0);
     EXPECT_FALSE(hasLeft());
-}
-
-TEST_F(ChatEnding, PressedTwiceLeavesOnce) {
-    openAndJoin();
     screen->cancel();
     screen->cancel();
     for (int i = 0; i < 2; ++i) answer("/issues/55", {{"results", {{{"status", 8}}}}});

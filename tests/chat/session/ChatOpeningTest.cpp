@@ -19,27 +19,6 @@ Json withTranscripts() {
     return issue;
 }
 
-TEST_F(ChatSession, OpensWithTheCredentialsOfTheIssue) {
-    open();
-    EXPECT_THAT(fakes.progress->shown, ElementsAre("status Retrieving chat information."));
-    EXPECT_EQ(toText(fakes.http->sent.back().request.body), R"({"members_users_id":"7"})");
-    answerChatGet();
-    EXPECT_EQ(requests("/chat/enter/c1"), 1);
-    EXPECT_EQ(stream().options.jid, "u7@chat.test/kit");
-    EXPECT_EQ(stream().options.password, "pw");
-    EXPECT_EQ(stream().options.host, "127.0.0.1");
-    EXPECT_EQ(stream().options.port, 5300);
-    EXPECT_EQ(stream().options.connectTimeout, 30s);
-    join();
-    EXPECT_TRUE(wasSent("room@rooms.test/users:7\""));
-    EXPECT_THAT(fakes.progress->shown, ElementsAre("status Retrieving chat information.", "dismiss",
-                                                   "status Connecting to chat server", "dismiss",
-                                                   "status Joining room", "dismiss"));
-    EXPECT_EQ(screen->senderDisplayName, "");
-    EXPECT_EQ(screen->title, "");
-    EXPECT_THAT(events, ElementsAre(event::chatStarted));
-}
-
 TEST_F(ChatSession, StaysEmptyWithoutUsableCredentials) {
     auto noBlock = openIssue();
     noBlock.erase("xmpp_data");
@@ -53,17 +32,6 @@ TEST_F(ChatSession, StaysEmptyWithoutUsableCredentials) {
         EXPECT_THAT(lines(), IsEmpty());
         disappear();
     }
-}
-
-TEST_F(ChatSession, FallsBackToTranscripts) {
-    open(withTranscripts());
-    answer("/chat/get/c1", {{"message", "gone"}}, 500);
-    EXPECT_EQ(fakes.progress->shown.back(),
-              "error Unable to retrieve chat information. Attempting to retrieve transcripts.");
-    EXPECT_TRUE(screen->isReadOnly);
-    EXPECT_TRUE(screen->entryView);
-    EXPECT_THAT(lines(), ElementsAre("me: help", "they: sure"));
-    EXPECT_THAT(fakes.xmpp->streams, IsEmpty());
 }
 
 TEST_F(ChatSession, ReadOnlyChatIsTranscriptsAndNothingElse) {
@@ -163,6 +131,7 @@ TEST_F(ChatSession, AScreenThatWasLeftTouchesNoOtherChat) {
 TEST_F(ChatSession, TimeOutOffersAnotherAttempt) {
     open();
     answerChatGet();
+    EXPECT_EQ(stream().options.connectTimeout, 30s);
     fakes.queue->advance(30s);
     ASSERT_EQ(fakes.presenter->alerts.size(), 1);
     EXPECT_EQ(fakes.presenter->alerts.back().title, "Host");
@@ -176,6 +145,13 @@ TEST_F(ChatSession, TimeOutOffersAnotherAttempt) {
     EXPECT_TRUE(support->chat->isRoomJoined());
     fakes.queue->advance(60s);
     EXPECT_THAT(fakes.presenter->alerts, IsEmpty());
+
+    screen->chatDidFailToConnect(*support->chat, XmppStreamEnd{XmppLoss::refused, "", "no"});
+    EXPECT_THAT(fakes.presenter->alerts, IsEmpty()) << "it is connected after all";
+    support->chat->leaveRoom();
+    support->chat->connect();
+    fakes.queue->advance(30s);
+    EXPECT_EQ(fakes.presenter->alerts.back().message, "Unable to join chat room.");
 }
 
 TEST_F(ChatSession, OpeningGoesOnUnseenOnceTheScreenIsLeft) {
@@ -216,25 +192,6 @@ TEST_F(ChatSession, GivesTheThemesColoursToTheEngine) {
     EXPECT_EQ(look.labelColor, colorFromRGB(0x010203));
     EXPECT_EQ(look.timeStampColor, colorFromRGB(0x010203));
     EXPECT_EQ(look.chatNavigationBarBackgroundColor, colorFromRGB(0x040506));
-}
-
-TEST_F(ChatSession, RefusalsAreToldInWords) {
-    open();
-    answerChatGet();
-    stream().authenticate();
-    fakes.queue->advance(30s);
-    EXPECT_EQ(fakes.presenter->alerts.back().message, "Unable to join chat room.");
-
-    const XmppStreamEnd refused{XmppLoss::credentials, "", "no"};
-    screen->chatDidNotAuthenticate(*support->chat, refused);
-    EXPECT_EQ(fakes.presenter->alerts.back().message, "Unable to log in to the chat.");
-
-    screen->chatDidFailToConnect(*support->chat, refused);
-    EXPECT_EQ(fakes.presenter->alerts.size(), 2) << "it is connected after all";
-    support->chat->maintainConnection = false;
-    support->chat->disconnect();
-    screen->chatDidFailToConnect(*support->chat, refused);
-    EXPECT_EQ(fakes.presenter->alerts.back().message, "Unable to connect to the chat server. no");
 }
 
 TEST_F(ChatSession, AnswersThatComeTooLateDoNothing) {

@@ -3,10 +3,10 @@
 #include "supportsdk/chat/ChatViewController.h"
 #include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/chat/QuorrandChatMessage.h"
-#include "supportsdk/core/Ciphers.h"
 #include "supportsdk/core/EventManager.h"
 #include "supportsdk/core/EventNames.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/SealedBlock.h"
 
 namespace supportsdk::test {
 
@@ -51,17 +51,7 @@ class ChatSession : public testing::Test {
 
     /// The credentials as an issue carries them.
     static std::string credentialBlock(const Json& credentials) {
-        auto plaintext = toBytes(credentials.dump());
-        plaintext.resize((plaintext.size() + 15) / 16 * 16);
-        Bytes ciphertext;
-        constexpr std::array<std::byte, 16> zeros{};
-        for (std::size_t at = 0; at < plaintext.size(); at += 16) {
-            // A first block under a zero vector is what a block is without chaining.
-            const auto block =
-                encryptAes256Cbc(std::span(plaintext).subspan(at, 16), apiKey, LongKey::cut, zeros);
-            ciphertext.insert(ciphertext.end(), block->begin(), block->begin() + 16);
-        }
-        return base64Encode(ciphertext);
+        return sealedBlock(credentials.dump(), apiKey);
     }
 
     static Json openIssue(const std::string& conversation = "c1") {

@@ -35,7 +35,7 @@ TEST_F(ChatSession, LinesAskForTheIssueAtOnceAndInABurstOnceASecond) {
     EXPECT_EQ(support->rateableIssueId, "55") << "no second has passed since the last line";
 }
 
-TEST_F(ChatSession, TypedTextGoesOutAndTheBarIsEmptied) {
+TEST_F(ChatSession, TypedTextIsKeptUntilItCanGoOut) {
     open();
     auto& bar = *screen->entryView;
     bar.setText("too early");
@@ -54,11 +54,6 @@ TEST_F(ChatSession, TypedTextGoesOutAndTheBarIsEmptied) {
     bar.setText("\x01");
     bar.send();
     EXPECT_EQ(bar.text(), "") << "there was nothing in it";
-    bar.setText("Hello <there>");
-    bar.send();
-    EXPECT_TRUE(wasSent("<body>Hello &lt;there&gt;</body>"));
-    EXPECT_EQ(bar.text(), "");
-    EXPECT_FALSE(bar.isSendEnabled());
 
     const auto sent = stream().sent.size();
     bar.send();
@@ -176,7 +171,7 @@ TEST_F(ChatSession, ButtonAddressesAreFollowedBySchemeExactly) {
     EXPECT_EQ(page.leftBarButtons.front().label, "Cancel");
 }
 
-TEST_F(ChatSession, AttachmentAndBackKeepsTheList) {
+TEST_F(ChatSession, AttachmentAndBackKeepsTheListAndCountsWhatIsUnseen) {
     openAndJoin();
     receive(Json{{"secret", QuorrandChatMessage::MD5("attachment")},
                  {"attachment", {{"url", "https://files.test/1"}}}}
@@ -188,8 +183,12 @@ TEST_F(ChatSession, AttachmentAndBackKeepsTheList) {
     appear();
     EXPECT_EQ(picture->reloads, before);
     disappear();
+    EXPECT_EQ(requests("/chat/exit/c1"), 2);
+    receive("unseen");
+    EXPECT_EQ(support->chat->unreadMessageCount, 1);
     appear();
     EXPECT_EQ(picture->reloads, before + 1);
+    EXPECT_EQ(support->chat->unreadMessageCount, 0);
 }
 
 TEST_F(ChatSession, ArticleOpensOnceAndNeverTheWrongOne) {
@@ -222,20 +221,6 @@ TEST_F(ChatSession, ArticleOpensOnceAndNeverTheWrongOne) {
     disappear();
     answer("/kb/get?id=k1", {{"results", {{{"body", "late"}}}}});
     EXPECT_EQ(fakes.presenter->pushed.size(), 1) << "another screen is on view";
-}
-
-TEST_F(ChatSession, LinesCountAsUnreadWhileTheScreenIsAway) {
-    openAndJoin();
-    receive("seen");
-    EXPECT_EQ(support->chat->unreadMessageCount, 0);
-    disappear();
-    EXPECT_EQ(requests("/chat/exit/c1"), 1);
-    receive("unseen");
-    EXPECT_EQ(support->chat->unreadMessageCount, 1);
-    appear();
-    receive("seen again");
-    EXPECT_EQ(support->chat->unreadMessageCount, 0);
-    EXPECT_THAT(events, ElementsAre(event::chatStarted, event::chatEnded, event::chatStarted));
 }
 
 TEST_F(ChatSession, OnlyTheNewestInvitationAsksHowToJoin) {

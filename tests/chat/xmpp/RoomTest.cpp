@@ -70,23 +70,16 @@ TEST_F(Room, isJoinedByItsOwnPresenceAndNoOther) {
     EXPECT_EQ(sent.at(1), "<presence type=\"unavailable\" to=\"Help@rooms.test/me-2\"/>");
 }
 
-class RoomEnd : public Room, public testing::WithParamInterface<const char*> {};
-
-TEST_P(RoomEnd, isReportedOnceAndForOneselfOnly) {
+TEST_F(Room, reportsItsEndOnceAndForOneselfOnly) {
     join();
     presence("you", "type='unavailable'", "<status code='307'/>");
     EXPECT_TRUE(room->isJoined());
     const auto held = room;
-    presence("me", "type='unavailable'", GetParam());
+    presence("me", "type='unavailable'", "<destroy><reason>done</reason></destroy>");
     EXPECT_FALSE(held->isJoined());
     held->receive(Stanza::parse("<presence from='help@rooms.test/me' type='unavailable'/>"));
     EXPECT_EQ(events, (std::vector<std::string>{"joined", "thrown out"}));
 }
-
-INSTANTIATE_TEST_SUITE_P(Ways, RoomEnd,
-                         testing::Values("<status code='110'/><status code='307'/>",
-                                         "<destroy><reason>done</reason></destroy>",
-                                         "<status code='332'/>", "<status code='110'/>"));
 
 TEST_F(Room, staysJoinedThroughARenamingAndAnError) {
     join();
