@@ -114,7 +114,7 @@ void KBViewModel::addVisibleChildrenOfEntry(const Entry& entry) {
 }
 
 /// Opens or closes the folder of a row with the outcome of updateVisibleEntries(), at the cost of
-/// its own rows.
+/// its own rows: of others only pointers move.
 void KBViewModel::flip(std::size_t row) {
     const auto folder = visibleEntries[row];
     const auto before = rowsBelow(*folder, baseLevel);

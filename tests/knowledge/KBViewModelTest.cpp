@@ -8,6 +8,8 @@
 #include <set>
 #include <string>
 
+#include "tests/knowledge/PlainRule.h"
+
 namespace supportsdk::test {
 namespace {
 
@@ -111,76 +113,6 @@ std::string outline(const KBEntryModel& top) {
         text += std::to_string(child->level) + *child->title + "(" + outline(*child) + ")";
     return text;
 }
-
-/// The tree and its rows by lists alone: slow, and endless where an identifier comes back below
-/// itself.
-class PlainRule {
- public:
-    explicit PlainRule(const Json& array) : bound_(array.size() + 1) {
-        List pending;
-        for (const auto& dictionary : array) {
-            all_.push_back(std::make_shared<KBEntryModel>(dictionary));
-            (all_.back()->isRoot() ? root->children : pending).push_back(all_.back());
-        }
-        while (!pending.empty()) {
-            const auto length = pending.size();
-            for (const auto& child : root->children) pending = addChildren(*child, pending, 0);
-            if (pending.size() == length) pending.clear();
-        }
-        const bool isSingle = root->children.size() == 1;
-        if (isSingle) root = KBViewModel::Entry(root->children.front());
-        baseLevel = root->level + (isSingle ? 0 : 1);
-    }
-    ~PlainRule() {
-        for (const auto& entry : all_) entry->children.clear();
-    }
-    PlainRule(const PlainRule&) = delete;
-    PlainRule& operator=(const PlainRule&) = delete;
-
-    [[nodiscard]] std::vector<std::string> rows() const {
-        std::vector<std::string> all;
-        for (const auto& child : root->children) list(*child, all);
-        return all;
-    }
-
-    KBViewModel::Entry root = std::make_shared<KBEntryModel>();
-    std::int64_t baseLevel = 0;
-    bool isEndless = false;
-
- private:
-    using List = std::vector<KBViewModel::Entry>;
-
-    List addChildren(KBEntryModel& parent, const List& pending, std::size_t depth) {
-        isEndless = isEndless || depth > bound_;
-        if (isEndless) return {};
-        List rest = pending;
-        for (const auto& entry : pending) {
-            if (!parent.id || entry->parentId != parent.id) continue;
-            entry->level = parent.level + 1;
-            rest = addChildren(*entry, rest, depth + 1);
-            parent.children.push_back(entry);
-            rest.erase(std::remove(rest.begin(), rest.end(), entry), rest.end());
-        }
-        return rest;
-    }
-    void list(const KBEntryModel& entry, std::vector<std::string>& all) const {
-        if (entry.level - baseLevel > 4) return;
-        all.push_back(row(entry));
-        for (const auto& child : entry.children) {
-            if (child->isFolder()) {
-                list(*child, all);
-            } else {
-                all.push_back(row(*child));
-            }
-        }
-    }
-    [[nodiscard]] std::string row(const KBEntryModel& entry) const {
-        return std::to_string((entry.level - baseLevel + 1) * 20) + " " + *entry.title;
-    }
-
-    const std::size_t bound_;
-    List all_;
-};
 
 /// Up to 60 entries that find, lose, double and encircle each other.
 Json randomEntries(std::mt19937& random) {
