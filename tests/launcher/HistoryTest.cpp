@@ -271,6 +271,7 @@ TEST_F(HistoryTest, PicturesOfAgentsComeOnceAndTogether) {
     fakes.queue->advance(std::chrono::seconds{1});
     EXPECT_EQ(pictures->reloads, 3);
     EXPECT_NE(screen->row(0).avatarImage, placeholder);
+    EXPECT_TRUE(screen->row(0).isAvatarLoaded && !screen->row(1).isAvatarLoaded);
     EXPECT_EQ(screen->row(0).avatarImage, screen->row(300).avatarImage) << "the same agent";
     EXPECT_EQ(screen->row(1).avatarImage, placeholder) << "refused";
     EXPECT_EQ(screen->row(299).avatarImage, placeholder) << "one too many";
