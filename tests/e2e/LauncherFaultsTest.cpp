@@ -27,13 +27,6 @@ class LauncherFaults : public FaultRoad {
         load();
     }
 
-    Json tap() {
-        host->send({{"do", "tap"}});
-        return host->await("menu");
-    }
-
-    void choose(const std::string& label) { host->send({{"do", "choose"}, {"label", label}}); }
-
     [[nodiscard]] std::size_t chatsSeen() const {
         return static_cast<std::size_t>(
             std::count_if(host->seen.begin(), host->seen.end(), [](const Json& report) {
@@ -77,7 +70,7 @@ TEST_F(LauncherFaults, SettingsOfferOnlyWhatTheyMakeSenseOf) {
     for (const auto& [what, settings, entries] : rows) {
         SCOPED_TRACE(what);
         loadWith(settings);
-        EXPECT_EQ(tap()["entries"], entries);
+        EXPECT_EQ(openMenu()["entries"], entries);
     }
 }
 
@@ -86,13 +79,13 @@ TEST_F(LauncherFaults, TextsOfAnyLengthAndAddressesOfAnyKindComeThrough) {
     loadWith(withComponents({{"website", {{"enabled", true}, {"title", longTitle}}},
                              {"email", {{"enabled", true}, {"title", "Mail"}}}},
                             {{"menuAppearance", {{"heading", longTitle}}}}));
-    EXPECT_EQ(tap()["heading"], longTitle);
+    EXPECT_EQ(openMenu()["heading"], longTitle);
 
     loadWith(withComponents(
         {{"website", {{"enabled", true}, {"title", longTitle}, {"website", "javascript:alert(1)"}}},
          {"email", {{"enabled", true}, {"title", "Mail"}, {"email", "a@b\r\nBcc: everybody"}}}}));
-    EXPECT_THAT(tap()["entries"], Contains("Mail"));
-    choose("Mail");
+    EXPECT_THAT(openMenu()["entries"], Contains("Mail"));
+    take("Mail");
     EXPECT_EQ(host->await("delegate",
                           {{"operation", "supportButtonDidFailWithError"}})["error"]["description"],
               "Unable to send email");
@@ -107,8 +100,8 @@ TEST_F(LauncherFaults, TenMegabytesOfFormsLeaveTheMenuUsable) {
     strike("answer", "/forms/get/", {{"content", Json{{"results", {form, 7}}}.dump()}});
     loadWith(withComponents(
         {{"forms", {{"enabled", true}, {"title", "Forms"}, {"supportForms", names}}}}));
-    EXPECT_EQ(tap()["entries"], Json({"Forms"}));
-    choose("Forms");
+    EXPECT_EQ(openMenu()["entries"], Json({"Forms"}));
+    take("Forms");
     host->await("screen");
     host->send({{"do", "quit"}});
     EXPECT_EQ(host->waitForEnd(), 0);
@@ -144,7 +137,7 @@ TEST_F(LauncherFaults, AButtonPictureThatIsNoneLeavesTheKitsIcon) {
         EXPECT_FALSE(loadIcon(path)) << path;
     }
     EXPECT_TRUE(loadIcon("/good"));
-    tap();
+    openMenu();
 }
 
 TEST_F(LauncherFaults, TwoTapsAtOnceOpenTwoChatsThatBothEnd) {
@@ -187,7 +180,7 @@ TEST_F(LauncherFaults, AReloadWhileAChatIsCreatedOpensNoChatOfTheFormerConfigura
     // The new configuration is at work as if nothing had been.
     host->send({{"do", "tap"}});
     EXPECT_EQ(host->await("sheet")["heading"], "Store support");
-    choose("Chat");
+    take("Chat");
     host->await("screen", {{"class", "ChatViewController"}});
 }
 

@@ -11,7 +11,6 @@ namespace supportsdk::test {
 namespace {
 
 using testing::Each;
-using testing::HasSubstr;
 
 class Menu : public Road {
  protected:
@@ -33,45 +32,6 @@ class Menu : public Road {
             missing.erase(report.value("operation", report.value("is", "")));
             return missing.empty();
         });
-    }
-
-    /// The rows of a list, which is opened again while what it lists is still under way.
-    Json openList(const std::string& label, const std::string& screen) {
-        for (int attempt = 0; attempt < 50; ++attempt) {
-            const auto shown = openScreen(label, screen);
-            const auto sections = shown.value("sections", Json::array());
-            if (!sections.empty() && !sections.at(0).value("rows", Json::array()).empty())
-                return sections.at(0)["rows"];
-            back(screen);
-            host->send({{"do", "wait"}, {"milliseconds", 100}});
-        }
-        ADD_FAILURE() << label << " stays empty";
-        return Json::array({Json::object()});
-    }
-
-    Json openMenu() {
-        host->send({{"do", "tap"}});
-        return host->await("menu");
-    }
-
-    void choose(const std::string& label) {
-        openMenu();
-        host->send({{"do", "choose"}, {"label", label}});
-    }
-
-    Json openScreen(const std::string& label, const std::string& screen) {
-        choose(label);
-        return host->await("screen", {{"class", screen}});
-    }
-
-    Json select(int row, const std::string& screen) {
-        host->send({{"do", "select"}, {"row", row}});
-        return host->await("screen", {{"class", screen}});
-    }
-
-    void back(const std::string& screen) {
-        host->send({{"do", "back"}});
-        host->await("left", {{"class", screen}});
     }
 };
 
@@ -176,53 +136,11 @@ TEST_F(Menu, LeadsToEveryChannel) {
     host->await("left", {{"class", "KBListViewController"}});
 }
 
-TEST_F(Menu, ScreensOfReadingLeadOnAndBack) {
+TEST_F(Menu, FormsReachTheService) {
     load();
-    const auto list = openList("Help articles", "KBListViewController");
-    EXPECT_EQ(list[0]["label"], "Displays");
-    host->send({{"do", "select"}, {"row", 0}});
-    const auto closed = host->await("changed", {{"class", "KBListViewController"}});
-    EXPECT_EQ(closed["sections"][0]["rows"].size(), list.size() - 2);
-    host->send({{"do", "select"}, {"row", closed["sections"][0]["rows"].size() - 1}});
-    const auto page = host->await("web", {{"title", "Cleaning a touch screen"}});
-    EXPECT_THAT(page.value("html", ""), HasSubstr("dry cloth"));
-    back("BaseWebViewController");
-    back("KBListViewController");
-
-    openList("Installations", "JourneysViewController");
-    select(0, "JourneyViewController");
-    EXPECT_THAT(host->await("web").value("url", ""), HasSubstr("/journeys/j-1"));
-    back("JourneyViewController");
-    back("JourneysViewController");
-
-    const auto cases = openList("My cases", "HistoryViewController");
-    ASSERT_FALSE(cases.empty());
-    for (std::size_t row = 0; row < cases.size(); ++row) {
-        if (cases[row]["label"] != "Chat ID: 4003") continue;
-        host->send({{"do", "select"}, {"row", row}});
-        host->await("error", {{"text", "This issue has no chat history."}});
-    }
-}
-
-TEST_F(Menu, ScreensOfWritingReachTheService) {
-    load();
-    const auto dialog = openScreen("Call me back", "CallMeViewController");
-    EXPECT_EQ(dialog["fields"][0]["value"], "+1 555 0101")
-        << "what the service knows of the person";
-    host->send({{"do", "press"}, {"label", "Submit"}});
-    host->await("refused");
-    host->send({{"do", "type"}, {"field", "Description"}, {"text", "It hums."}});
-    host->send({{"do", "type"}, {"text", "(212) 555-0147"}});
-    EXPECT_EQ(host->await("changed")["buttons"][1]["enabled"], true);
-    host->send({{"do", "press"}, {"label", "Submit"}});
-    host->await("info", {{"text", "Thank you. We will call within the hour."}});
-    const auto call = service->await("request", {{"path", "/sdk/v1/issues/create"}});
-    ASSERT_TRUE(call);
-    EXPECT_THAT(call->value("body", ""), HasSubstr("It hums."));
-    EXPECT_THAT(call->value("body", ""), HasSubstr("(212) 555-0147"));
-
     openList("Forms", "FormListViewController");
-    const auto form = select(0, "FormViewController");
+    select(0);
+    const auto form = awaitScreen("FormViewController");
     EXPECT_EQ(form["title"], "Feedback");
     EXPECT_EQ(form["saveShown"], true);
     host->send({{"do", "type"}, {"field", "Topics"}, {"text", "lobby"}});
@@ -231,7 +149,8 @@ TEST_F(Menu, ScreensOfWritingReachTheService) {
     host->await("left", {{"class", "FormViewController"}});
     EXPECT_EQ(service->get("/records/form_log")->at("results").size(), 1U);
 
-    const auto visit = select(2, "FormViewController");
+    select(2);
+    const auto visit = awaitScreen("FormViewController");
     EXPECT_EQ(visit["saveShown"], false);
     host->send({{"do", "set"}, {"field", "Reason"}, {"value", "Other"}});
     const auto other = host->await("changed", {{"class", "FormViewController"}});

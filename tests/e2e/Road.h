@@ -42,10 +42,10 @@ class Road : public testing::Test {
     }
 
     /// From the configuration to a menu that can be tapped.
-    void load() {
-        host->send({{"do", "load"},
-                    {"configuration", service->configuration()},
-                    {"customer", service->ready()["customer"]}});
+    void load() { load(service->ready()["customer"]); }
+    void load(const Json& customer) {
+        host->send(
+            {{"do", "load"}, {"configuration", service->configuration()}, {"customer", customer}});
         // In either order: each is the answer to a request of its own.
         bool hasSettings = false;
         bool hasCustomer = false;
@@ -57,10 +57,68 @@ class Road : public testing::Test {
         });
     }
 
-    void chooseChat() {
+    Json openMenu() {
         host->send({{"do", "tap"}});
-        host->await("menu");
-        host->send({{"do", "choose"}, {"label", "Chat with us"}});
+        return host->await("menu");
+    }
+
+    /// From what is open.
+    void take(const std::string& label) { host->send({{"do", "choose"}, {"label", label}}); }
+
+    void choose(const std::string& label) {
+        openMenu();
+        take(label);
+    }
+
+    void chooseChat() { choose("Chat with us"); }
+
+    Json awaitScreen(const std::string& screen) {
+        return host->await("screen", {{"class", screen}});
+    }
+
+    Json openScreen(const std::string& label, const std::string& screen) {
+        choose(label);
+        return awaitScreen(screen);
+    }
+
+    /// The rows of a list, which is opened again while what it lists is still under way.
+    Json openList(const std::string& label, const std::string& screen,
+                  const std::function<bool(const Json&)>& isWanted) {
+        for (int attempt = 0; attempt < 50; ++attempt) {
+            const auto rows = rowsOf(openScreen(label, screen));
+            if (isWanted(rows)) return rows;
+            back(screen);
+            host->send({{"do", "wait"}, {"milliseconds", 100}});
+        }
+        ADD_FAILURE() << label << " never lists what is wanted";
+        return Json::array();
+    }
+    Json openList(const std::string& label, const std::string& screen) {
+        return openList(label, screen, [](const Json& rows) { return !rows.empty(); });
+    }
+
+    /// Of one section; an empty list where there are none.
+    static Json rowsOf(const Json& screen, std::size_t section = 0) {
+        const auto sections = screen.value("sections", Json::array());
+        if (section >= sections.size()) return Json::array();
+        return sections[section].value("rows", Json::array());
+    }
+
+    static std::vector<std::string> labelsOf(const Json& rows) {
+        std::vector<std::string> labels;
+        for (const auto& row : rows) labels.push_back(row.value("label", ""));
+        return labels;
+    }
+
+    void press(const std::string& label) { host->send({{"do", "press"}, {"label", label}}); }
+
+    void select(std::size_t row, std::size_t section = 0) {
+        host->send({{"do", "select"}, {"row", row}, {"section", section}});
+    }
+
+    void back(const std::string& screen) {
+        host->send({{"do", "back"}});
+        host->await("left", {{"class", screen}});
     }
 
     /// Taps, chooses chat and waits until the room is joined. Returns the id.

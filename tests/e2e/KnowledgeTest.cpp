@@ -1,0 +1,197 @@
+#include <gmock/gmock.h>
+
+#include "tests/e2e/Road.h"
+
+// Reading: the tree of the knowledge base, its articles, the search, and journeys.
+
+namespace supportsdk::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+class Knowledge : public Road {
+ protected:
+    static constexpr char kList[] = "KBListViewController";
+    static constexpr char kSearch[] = "KBSearchViewController";
+    static constexpr char kJourneys[] = "JourneysViewController";
+
+    Knowledge() : Road(shared_) {}
+
+    static void SetUpTestSuite() { shared_ = ServiceProcess::start(); }
+    static void TearDownTestSuite() { shared_.reset(); }
+
+    void TearDown() override {
+        if (service) service->remove("/faults");
+    }
+
+    void strike(const std::string& path, const Json& results) {
+        ASSERT_TRUE(service->post("/faults", {{"kind", "answer"},
+                                              {"path", "/sdk/v1" + path},
+                                              {"content", Json{{"results", results}}.dump()}}));
+    }
+
+    /// Takes the row with this label and waits for what becomes of the list.
+    Json fold(const Json& rows, const std::string& label) {
+        selectLabelled(rows, label);
+        return rowsOf(host->await("changed", {{"class", kList}}));
+    }
+
+    void selectLabelled(const Json& rows, const std::string& label, std::size_t section = 0) {
+        const auto labels = labelsOf(rows);
+        const auto found = std::find(labels.begin(), labels.end(), label);
+        ASSERT_NE(found, labels.end()) << label << " in " << rows;
+        select(static_cast<std::size_t>(found - labels.begin()), section);
+    }
+
+    Json openSearch() {
+        openList("Help articles", kList);
+        press("Search");
+        return awaitScreen(kSearch);
+    }
+
+    /// Types, presses the search key and waits until `label` is among the results; gives them.
+    Json search(const std::string& text, const std::string& label) {
+        host->send({{"do", "type"}, {"text", text}});
+        host->send({{"do", "send"}});
+        const auto report = host->await(label, [&label](const Json& each) {
+            const auto labels = labelsOf(rowsOf(each, 1));
+            return std::find(labels.begin(), labels.end(), label) != labels.end();
+        });
+        return rowsOf(report, 1);
+    }
+
+    void searchAndOpen(const std::string& text, const std::string& label) {
+        selectLabelled(search(text, label), label, 1);
+    }
+
+    static inline std::shared_ptr<ServiceProcess> shared_;
+};
+
+TEST_F(Knowledge, FoldersOpenInPlaceAndDeepOnesOnAnotherScreen) {
+    load();
+    const auto all = openList("Help articles", kList);
+    const auto labels = labelsOf(all);
+    EXPECT_EQ(labels.front(), "Displays") << "the only root is no row";
+    EXPECT_EQ(all[0]["indent"], 40.0);
+    EXPECT_THAT(labels, Contains("Spare parts")) << "four levels deep";
+    EXPECT_THAT(labels, Contains("Feet and brackets")) << "an article below it";
+    EXPECT_THAT(labels, Not(Contains("Discontinued"))) << "a folder below it";
+
+    const auto folded = fold(all, "Models");
+    EXPECT_EQ(labelsOf(folded).size(), labels.size() - 6);
+    EXPECT_THAT(labelsOf(folded), Not(Contains("Spare parts")));
+    EXPECT_EQ(fold(folded, "Models"), all);
+
+    const auto thirdClosed = fold(all, "Lobby 55");
+    EXPECT_THAT(labelsOf(thirdClosed), Not(Contains("Mounting a display")));
+    back(kList);
+    EXPECT_EQ(openList("Help articles", kList), thirdClosed) << "it is found as it was left";
+    fold(thirdClosed, "Lobby 55");
+
+    selectLabelled(all, "Spare parts");
+    const auto deeper = awaitScreen(kList);
+    EXPECT_EQ(deeper["how"], "pushed");
+    EXPECT_EQ(rowsOf(deeper), all);
+    // What is folded up there is folded below.
+    const auto shorter = fold(all, "Displays");
+    back(kList);
+    EXPECT_EQ(rowsOf(host->await("changed", {{"class", kList}})), shorter);
+    fold(shorter, "Displays");
+}
+
+TEST_F(Knowledge, AnArticleIsShownByItsAddressInTheListAndByItsTextInTheSearch) {
+    const auto address = "https://www.example.com/help/mounting";
+    load();
+    const auto rows = openList("Help articles", kList);
+    selectLabelled(rows, "Mounting a display");
+    EXPECT_EQ(awaitScreen("KBViewController")["how"], "presented");
+    EXPECT_EQ(host->await("web", {{"title", "Mounting a display"}})["url"], address);
+    press("Done");
+    host->await("left", {{"class", "KBViewController"}});
+    selectLabelled(rows, "Cleaning a touch screen");
+    EXPECT_THAT(host->await("web").value("html", ""), HasSubstr("dry cloth"));
+    back("BaseWebViewController");
+
+    press("Search");
+    EXPECT_EQ(awaitScreen(kSearch)["title"], "Help articles");
+    searchAndOpen("mounting DISPLAY", "Mounting a display");
+    const auto page = host->await("web", {{"title", "Mounting a display"}});
+    EXPECT_THAT(page.value("html", ""), HasSubstr("<h1>Mounting a display</h1>"));
+    back("BaseWebViewController");
+    searchAndOpen("release", "Release notes");
+    EXPECT_THAT(host->await("web").value("url", ""), HasSubstr("/release-notes"));
+    press("Done");
+    host->await("left", {{"class", "KBViewController"}});
+    // What a search brings may be short: without an address the whole article is fetched.
+    strike("/kb/search", Json::array({{{"id", "kb-3"}, {"title", "Dark"}, {"body", "..."}}}));
+    searchAndOpen("dark", "Dark");
+    EXPECT_THAT(host->await("web", {{"title", "The screen stays dark"}}).value("html", ""),
+                HasSubstr("Check that the light"));
+}
+
+TEST_F(Knowledge, ASearchThatFoundSomethingIsOfferedAgain) {
+    load();
+    EXPECT_THAT(rowsOf(openSearch(), 0), IsEmpty());
+    search("screen dark", "The screen stays dark");
+    search("flicker", "The picture flickers");
+    search("screen dark", "The screen stays dark");
+    host->send({{"do", "type"}, {"text", "no such thing"}});
+    host->send({{"do", "send"}});
+    host->await("error", {{"text", "No results."}});
+
+    host->send({{"do", "type"}, {"text", ""}});
+    const auto recents = host->await("the recent searches",
+                                     [](const Json& report) { return !rowsOf(report, 0).empty(); });
+    EXPECT_EQ(recents["sections"][0]["heading"], "RECENT SEARCHES");
+    EXPECT_EQ(recents["sections"][1]["heading"], "TOP RESULTS");
+    EXPECT_THAT(labelsOf(rowsOf(recents)), ElementsAre("screen dark", "flicker"));
+
+    host->send({{"do", "quit"}});
+    EXPECT_EQ(host->waitForEnd(), 0);
+    host = startHost();
+    load();
+    EXPECT_THAT(labelsOf(rowsOf(openSearch())), ElementsAre("screen dark", "flicker"));
+    const auto before = service->get("/events")->at("next").get<std::uint64_t>();
+    select(1);
+    EXPECT_EQ(host->await("changed", {{"class", kSearch}})["search"],
+              (Json{{"text", "flicker"}, {"cancelShown", false}, {"focused", true}}));
+    host->send({{"do", "send"}});
+    host->await("results", [](const Json& report) { return !rowsOf(report, 1).empty(); });
+    const auto requests =
+        service->get("/events?kind=request&path=/sdk/v1/kb/search&after=" + std::to_string(before));
+    EXPECT_EQ(requests->at("results").size(), 1U) << "choosing alone asks for nothing";
+}
+
+TEST_F(Knowledge, JourneysAreListedAndASingleOneOpensAtOnce) {
+    load();
+    const auto rows = openList("Installations", kJourneys);
+    EXPECT_THAT(labelsOf(rows), Contains("New lobby display"));
+    selectLabelled(rows, "Network move");
+    EXPECT_THAT(host->await("web", {{"title", "Network move"}}).value("url", ""),
+                HasSubstr("/journeys/j-2"));
+    press("Done");
+    host->await("left", {{"class", "JourneyViewController"}});
+    back(kJourneys);
+
+    strike("/journeys/data",
+           Json::array({{{"title", "Only"}, {"journey_url", "https://www.example.com/only"}}}));
+    load();
+    choose("Installations");
+    for (const auto* way : {"by the list", "by coming back to it"}) {
+        host->await("web", {{"title", "Only"}, {"url", "https://www.example.com/only"}});
+        SCOPED_TRACE(way);
+        press("Done");
+        host->await("left", {{"class", "JourneyViewController"}});
+    }
+
+    strike("/journeys/data", Json::array());
+    load();
+    EXPECT_THAT(openMenu()["entries"], Not(Contains("Installations")));
+}
+
+}  // namespace
+}  // namespace supportsdk::test
