@@ -43,9 +43,9 @@ std::size_t endOfAuthority(std::string_view reference) {
     return std::min(reference.find_first_of("/?#", start + 2), reference.size());
 }
 
-/// `reference` with percent escapes for the bytes that may not stand in a path or query: line
-/// breaks can reach the wire in no other way. Nothing when there are such bytes in scheme or
-/// authority, where an escape would name another server.
+/// `reference` with percent escapes for the bytes that may not stand in a path or query, so that no
+/// line break reaches the wire. Nothing when there are such bytes in scheme or authority, where an
+/// escape would name another server.
 std::optional<std::string> escaped(std::string_view reference) {
     constexpr std::string_view kDigits = "0123456789ABCDEF";
     const auto end = endOfAuthority(reference);
