@@ -6,10 +6,6 @@
 
 namespace supportsdk::test {
 
-void FakeMainQueue::post(std::function<void()> work) {
-    posted_.push_back(std::move(work));
-}
-
 Registration FakeMainQueue::after(std::chrono::milliseconds delay, std::function<void()> work) {
     const int id = nextTimer_++;
     timers_->emplace(now_ + delay, std::pair(id, std::move(work)));
@@ -72,10 +68,6 @@ Clock::Time FakeClock::fromLocal(const std::tm& parts) const {
     return std::chrono::system_clock::from_time_t(timegm(&copy)) - offset;
 }
 
-void FakeHttpClient::send(HttpRequest request, Completion completion) {
-    sent.push_back({std::move(request), std::move(completion)});
-}
-
 std::optional<Bytes> FakeHttpClient::read(const std::string& url, std::chrono::milliseconds) {
     reads.push_back(url);
     const auto found = readable.find(url);
@@ -133,10 +125,6 @@ void FakeXmppStream::State::end(XmppLoss loss, const std::string& description) {
     ended({loss, "", description});
 }
 
-FakeXmppStream::~FakeXmppStream() {
-    state_->destroyed = true;
-}
-
 void FakeXmppStream::connect(const XmppStreamOptions& options, Callbacks callbacks) {
     state_->options = options;
     state_->callbacks = std::move(callbacks);
@@ -147,17 +135,12 @@ void FakeXmppStream::send(std::string xml) {
     if (state_->authenticated) state_->sent.push_back(std::move(xml));
 }
 
-bool FakeXmppStream::isConnecting() const {
-    return state_->connected && !state_->authenticated;
-}
-
 std::unique_ptr<XmppStream> FakeXmppStreamFactory::makeStream() {
     streams.push_back(std::make_shared<FakeXmppStream::State>());
     return std::make_unique<FakeXmppStream>(streams.back());
 }
 
 bool FakeReachabilityRef::setCallback(std::function<void(std::uint32_t)> newCallback) {
-    if (newCallback && !acceptsCallback) return false;
     if (newCallback) ++callbacksSet;
     callback = std::move(newCallback);
     return true;
@@ -245,14 +228,6 @@ ImagePtr FakeImageCodec::decode(std::span<const std::byte> data) {
     return std::make_shared<Image>(Image{1, 1, {0, 0, 0, 255}});
 }
 
-void FakePresenter::present(std::shared_ptr<ScreenController> screen, ScreenController*) {
-    presented.push_back(std::move(screen));
-}
-
-void FakePresenter::push(std::shared_ptr<ScreenController> screen, ScreenController&) {
-    pushed.push_back(std::move(screen));
-}
-
 void FakePresenter::choose(const std::string& label, const std::vector<std::string>& fields) {
     ASSERT_FALSE(alerts.empty()) << "no alert is open";
     const Alert alert = std::move(alerts.back());
@@ -263,15 +238,6 @@ void FakePresenter::choose(const std::string& label, const std::vector<std::stri
         return;
     }
     FAIL() << "the alert has no action " << label;
-}
-
-bool FakeUrlOpener::canOpen(const std::string& url) {
-    return telephone || !url.starts_with("tel:");
-}
-
-void FakeUrlOpener::open(const std::string& url, std::function<void(bool)> completion) {
-    opened.push_back(url);
-    completion(works);
 }
 
 std::optional<AnimatedImage> FakeImageCodec::decodeAnimation(std::span<const std::byte> data) {
@@ -286,19 +252,6 @@ ImagePtr FakeImageCodec::scaled(const Image&, std::uint32_t width, std::uint32_t
     image->height = height;
     image->pixels.resize(std::size_t{4} * width * height);
     return image;
-}
-
-std::optional<Bytes> FakeImageCodec::encodeJpeg(const Image&, double) {
-    return toBytes("jpeg");
-}
-
-std::optional<Bytes> FakeImageCodec::encodePng(const Image&) {
-    return toBytes("png");
-}
-
-bool FakeNetService::setTXTRecordData(Bytes wanted) {
-    record = std::move(wanted);
-    return true;
 }
 
 std::shared_ptr<NetService> FakeNetServiceFactory::makeService(const std::string& domain,

@@ -15,7 +15,7 @@ namespace supportsdk::test {
 
 class FakeMainQueue : public MainQueue {
  public:
-    void post(std::function<void()> work) override;
+    void post(std::function<void()> work) override { posted_.push_back(std::move(work)); }
     [[nodiscard]] Registration after(std::chrono::milliseconds delay,
                                      std::function<void()> work) override;
     [[nodiscard]] bool isCurrent() const override { return true; }
@@ -26,7 +26,6 @@ class FakeMainQueue : public MainQueue {
     /// in between.
     void advance(std::chrono::milliseconds duration);
     [[nodiscard]] std::size_t pendingTimers() const { return timers_->size(); }
-    [[nodiscard]] std::chrono::milliseconds elapsed() const { return now_; }
 
  private:
     using Timers = std::multimap<std::chrono::milliseconds, std::pair<int, std::function<void()>>>;
@@ -75,7 +74,9 @@ class FakeDevice : public Device {
 /// Records requests; a test answers them by index, in any order.
 class FakeHttpClient : public HttpClient {
  public:
-    void send(HttpRequest request, Completion completion) override;
+    void send(HttpRequest request, Completion completion) override {
+        sent.push_back({std::move(request), std::move(completion)});
+    }
     [[nodiscard]] std::optional<Bytes> read(const std::string& url,
                                             std::chrono::milliseconds limit) override;
 
@@ -121,13 +122,15 @@ class FakeXmppStream : public XmppStream {
     };
 
     explicit FakeXmppStream(std::shared_ptr<State> state) : state_(std::move(state)) {}
-    ~FakeXmppStream() override;
+    ~FakeXmppStream() override { state_->destroyed = true; }
 
     void connect(const XmppStreamOptions& options, Callbacks callbacks) override;
     void send(std::string xml) override;
     void disconnect() override { state_->disconnectRequested = true; }
     void abort() override { state_->aborted = true; }
-    [[nodiscard]] bool isConnecting() const override;
+    [[nodiscard]] bool isConnecting() const override {
+        return state_->connected && !state_->authenticated;
+    }
     [[nodiscard]] bool isAuthenticated() const override { return state_->authenticated; }
 
  private:
@@ -149,7 +152,6 @@ class FakeReachabilityRef : public ReachabilityRef {
     void change(std::uint32_t newFlags);
 
     std::optional<std::uint32_t> current = 0;
-    bool acceptsCallback = true;
     bool acceptsQueue = true;
     int callbacksSet = 0;
     std::function<void(std::uint32_t)> callback;
@@ -217,8 +219,10 @@ class FakeImageCodec : public ImageCodec {
         std::span<const std::byte> data) override;
     [[nodiscard]] ImagePtr scaled(const Image& image, std::uint32_t width,
                                   std::uint32_t height) override;
-    [[nodiscard]] std::optional<Bytes> encodeJpeg(const Image& image, double quality) override;
-    [[nodiscard]] std::optional<Bytes> encodePng(const Image& image) override;
+    [[nodiscard]] std::optional<Bytes> encodeJpeg(const Image&, double) override {
+        return toBytes("jpeg");
+    }
+    [[nodiscard]] std::optional<Bytes> encodePng(const Image&) override { return toBytes("png"); }
 };
 
 /// Keeps what was published; a test says what becomes of it.
@@ -226,7 +230,10 @@ class FakeNetService : public NetService {
  public:
     void setIncludesPeerToPeer(bool includes) override { peerToPeer = includes; }
     void setDelegate(std::weak_ptr<NetServiceDelegate> wanted) override { delegate = wanted; }
-    bool setTXTRecordData(Bytes wanted) override;
+    bool setTXTRecordData(Bytes wanted) override {
+        record = std::move(wanted);
+        return true;
+    }
     void publish() override { published = true; }
     [[nodiscard]] std::string name() const override { return wantedName; }
     [[nodiscard]] std::string type() const override { return wantedType; }
@@ -254,12 +261,16 @@ class FakeNetServiceFactory : public NetServiceFactory {
 class FakePresenter : public Presenter {
  public:
     [[nodiscard]] std::shared_ptr<ScreenController> rootController() override { return root; }
-    void present(std::shared_ptr<ScreenController> screen, ScreenController* over) override;
-    void push(std::shared_ptr<ScreenController> screen, ScreenController& from) override;
+    void present(std::shared_ptr<ScreenController> screen, ScreenController*) override {
+        presented.push_back(std::move(screen));
+    }
+    void push(std::shared_ptr<ScreenController> screen, ScreenController&) override {
+        pushed.push_back(std::move(screen));
+    }
     void pop(ScreenController& screen) override { log.push_back("pop " + screen.title); }
     void dismiss(ScreenController& screen) override { log.push_back("dismiss " + screen.title); }
     void showAlert(Alert alert) override { alerts.push_back(std::move(alert)); }
-    void showSheet(ActionSheet sheet) override { sheets.push_back(std::move(sheet)); }
+    void showSheet(ActionSheet) override {}
 
     /// Chooses an action of the latest alert by its label; fails the test when there is none.
     void choose(const std::string& label, const std::vector<std::string>& fields = {});
@@ -268,7 +279,6 @@ class FakePresenter : public Presenter {
     std::vector<std::shared_ptr<ScreenController>> presented;
     std::vector<std::shared_ptr<ScreenController>> pushed;
     std::vector<Alert> alerts;
-    std::vector<ActionSheet> sheets;
     std::vector<std::string> log;
 };
 
@@ -284,13 +294,10 @@ class FakeProgress : public Progress {
     void dismissAfter(std::chrono::milliseconds delay) override {
         shown.push_back("dismiss after " + std::to_string(delay.count()));
     }
-    void setMinimumDisplayTime(std::chrono::milliseconds time) override {
-        minimumDisplayTime = time;
-    }
+    void setMinimumDisplayTime(std::chrono::milliseconds) override {}
     void setDarkStyle(bool dark) override { darkStyle = dark; }
 
     std::vector<std::string> shown;
-    std::chrono::milliseconds minimumDisplayTime{0};
     bool darkStyle = false;
 };
 
@@ -345,8 +352,13 @@ class FakeGlobalAppearance : public GlobalAppearance {
 
 class FakeUrlOpener : public UrlOpener {
  public:
-    [[nodiscard]] bool canOpen(const std::string& url) override;
-    void open(const std::string& url, std::function<void(bool)> completion) override;
+    [[nodiscard]] bool canOpen(const std::string& url) override {
+        return telephone || !url.starts_with("tel:");
+    }
+    void open(const std::string& url, std::function<void(bool)> completion) override {
+        opened.push_back(url);
+        completion(works);
+    }
     [[nodiscard]] bool canSendMail() override { return mail; }
 
     std::vector<std::string> opened;
