@@ -47,19 +47,13 @@ class AfterChat : public Road {
     /// The list as it is once the row with this label has these members, at least.
     Json historyWith(const std::string& label, const Json& members) {
         return openList("My cases", kHistory, [&](const Json& rows) {
-            const auto row = rowLabelled(rows, label);
+            const auto row = indexOf(rows, label);
             return row < rows.size() &&
                    std::all_of(members.items().begin(), members.items().end(),
                                [&](const auto& member) {
                                    return rows[row].value(member.key(), "") == member.value();
                                });
         });
-    }
-
-    static std::size_t rowLabelled(const Json& rows, const std::string& label) {
-        const auto labels = labelsOf(rows);
-        return static_cast<std::size_t>(std::find(labels.begin(), labels.end(), label) -
-                                        labels.begin());
     }
 
     Json issueOf(const std::string& id) { return service->get("/issues/" + id)->at("results")[0]; }
@@ -89,7 +83,7 @@ TEST_F(AfterChat, ARatingFollowsAndTheCaseCanBeReadAgain) {
 
     const auto label = "Chat ID: SC-" + id;
     const auto rows = historyWith(label, {{"status", "Status: Resolved"}, {"rating", "Rating: 4"}});
-    EXPECT_EQ(rowLabelled(rows, label), 0U) << "the latest comes first";
+    EXPECT_EQ(indexOf(rows, label), 0U) << "the latest comes first";
     select(0);
     const auto chat = awaitScreen(kChat);
     EXPECT_EQ(chat["title"], "Site History");
@@ -117,7 +111,7 @@ TEST_F(AfterChat, NoStarIsARatingToo) {
 TEST_F(AfterChat, ACaseThatWasNeverRatedAsksForItFromTheHistory) {
     load();
     const auto label = "Chat ID: SC-4002";
-    auto row = rowLabelled(historyWith(label, {{"status", "Status: Resolved"}}), label);
+    auto row = indexOf(historyWith(label, {{"status", "Status: Resolved"}}), label);
     select(row);
     awaitScreen(kRating);
     press("Cancel");
@@ -130,7 +124,7 @@ TEST_F(AfterChat, ACaseThatWasNeverRatedAsksForItFromTheHistory) {
     host->await("dismiss");
     back(kHistory);
 
-    row = rowLabelled(historyWith(label, {{"rating", "Rating: 5"}}), label);
+    row = indexOf(historyWith(label, {{"rating", "Rating: 5"}}), label);
     select(row);
     EXPECT_EQ(awaitScreen(kChat)["readOnly"], true);
     EXPECT_EQ(

@@ -40,13 +40,6 @@ class Knowledge : public Road {
         return rowsOf(host->await("changed", {{"class", kList}}));
     }
 
-    void selectLabelled(const Json& rows, const std::string& label, std::size_t section = 0) {
-        const auto labels = labelsOf(rows);
-        const auto found = std::find(labels.begin(), labels.end(), label);
-        ASSERT_NE(found, labels.end()) << label << " in " << rows;
-        select(static_cast<std::size_t>(found - labels.begin()), section);
-    }
-
     Json openSearch() {
         openList("Help articles", kList);
         press("Search");
@@ -58,8 +51,8 @@ class Knowledge : public Road {
         host->send({{"do", "type"}, {"text", text}});
         host->send({{"do", "send"}});
         const auto report = host->await(label, [&label](const Json& each) {
-            const auto labels = labelsOf(rowsOf(each, 1));
-            return std::find(labels.begin(), labels.end(), label) != labels.end();
+            const auto rows = rowsOf(each, 1);
+            return indexOf(rows, label) < rows.size();
         });
         return rowsOf(report, 1);
     }

@@ -5,14 +5,10 @@
 #include "tests/e2e/FaultRoad.h"
 #include "tests/support/LoopbackHttpServer.h"
 
-// Settings that are legal JSON and absurd, pictures that are none, and people in a hurry: what the
-// launcher makes of them.
+// Settings that are legal JSON and absurd, and people in a hurry: what the launcher makes of them.
 
 namespace supportsdk::test {
 namespace {
-
-using testing::Contains;
-using testing::SizeIs;
 
 Json withComponents(const Json& components, Json more = Json::object()) {
     more.update({{"version", "2"}, {"components", components}});
@@ -37,7 +33,6 @@ class LauncherFaults : public FaultRoad {
 };
 
 TEST_F(LauncherFaults, SettingsOfferOnlyWhatTheyMakeSenseOf) {
-    const Json on = true;
     struct Row {
         const char* what;
         Json settings;
@@ -54,13 +49,6 @@ TEST_F(LauncherFaults, SettingsOfferOnlyWhatTheyMakeSenseOf) {
                          {"navigationBarAppearance", {{"textColor", {{"x", 1}}}}},
                          {"defaultMember", "nobody"}}),
          Json::array()},
-        {"no components but a list", withComponents({1, 2, 3}), Json::array()},
-        {"addresses that are none",
-         withComponents({{"website", {{"enabled", on}, {"website", "http://two words/"}}},
-                         {"email", {{"enabled", on}, {"email", {"a@b"}}}},
-                         {"phone", {{"enabled", on}}}},
-                        {{"supportPhone", 112}}),
-         Json::array()},
         {"a style and entries that nobody knows",
          withComponents({{"history", {{"enabled", 1}, {"title", "Cases"}}}},
                         {{"menuAppearance", {{"style", "hologram"}, {"heading", 7}}},
@@ -74,70 +62,25 @@ TEST_F(LauncherFaults, SettingsOfferOnlyWhatTheyMakeSenseOf) {
     }
 }
 
-TEST_F(LauncherFaults, TextsOfAnyLengthAndAddressesOfAnyKindComeThrough) {
-    const std::string longTitle(100'000, 'W');
-    loadWith(withComponents({{"website", {{"enabled", true}, {"title", longTitle}}},
-                             {"email", {{"enabled", true}, {"title", "Mail"}}}},
-                            {{"menuAppearance", {{"heading", longTitle}}}}));
-    EXPECT_EQ(openMenu()["heading"], longTitle);
-
-    loadWith(withComponents(
-        {{"website", {{"enabled", true}, {"title", longTitle}, {"website", "javascript:alert(1)"}}},
-         {"email", {{"enabled", true}, {"title", "Mail"}, {"email", "a@b\r\nBcc: everybody"}}}}));
-    EXPECT_THAT(openMenu()["entries"], Contains("Mail"));
-    take("Mail");
-    EXPECT_EQ(host->await("delegate",
-                          {{"operation", "supportButtonDidFailWithError"}})["error"]["description"],
-              "Unable to send email");
-}
-
-TEST_F(LauncherFaults, TenMegabytesOfFormsLeaveTheMenuUsable) {
-    Json names = Json::array();
-    for (int index = 0; index < 500'000; ++index) names.push_back("form-" + std::to_string(index));
-    names.push_back(std::string(4'000'000, 'f'));
-    const Json form = {{"name", std::string(1'000'000, 'n')},
-                       {"fields", Json(20'000, {{"label", Json::array()}, {"type", "x"}})}};
-    strike("answer", "/forms/get/", {{"content", Json{{"results", {form, 7}}}.dump()}});
-    loadWith(withComponents(
-        {{"forms", {{"enabled", true}, {"title", "Forms"}, {"supportForms", names}}}}));
-    EXPECT_EQ(openMenu()["entries"], Json({"Forms"}));
-    take("Forms");
-    host->await("screen");
-    host->send({{"do", "quit"}});
-    EXPECT_EQ(host->waitForEnd(), 0);
-}
-
 TEST_F(LauncherFaults, AButtonPictureThatIsNoneLeavesTheKitsIcon) {
     std::ifstream file(SUPPORTSDK_BINARY_DIR "/resources/star-on.png", std::ios::binary);
     const std::string good{std::istreambuf_iterator<char>(file), {}};
-    // A header of 60,000 by 60,000 pixels before a little data.
-    auto bomb = good;
-    bomb.replace(16, 8, std::string_view("\0\0\xEA\x60\0\0\xEA\x60", 8));
     LoopbackHttpServer pictures;
     pictures.answer("/html", 200, "<html>Please log in</html>", {{"Content-Type", "image/png"}});
-    pictures.answer("/bomb", 200, bomb);
-    pictures.answer("/huge", 200, good + std::string(20 << 20, '\0'));
     pictures.answer("/missing", 404, good);
-    pictures.on("/silence", [](const auto&, LoopbackConnection& peer) { peer.stall(); });
     pictures.answer("/good", 200, good);
-
-    const auto loadIcon = [&](const std::string& path) {
+    host->await("icon");  // the kit's own, from the start
+    for (const auto* path : {"/html", "/missing", "/good"}) {
         auto configuration = service->configuration();
         configuration["buttonURL"] = pictures.url(path);
         host->send({{"do", "load"}, {"configuration", configuration}});
-        bool iconChanged = false;
+        bool hasChanged = false;
         host->await("the end of the load", [&](const Json& report) {
-            iconChanged = iconChanged || report.value("is", "") == "icon";
+            hasChanged = hasChanged || report.value("is", "") == "icon";
             return report.value("is", "") == "loaded";
         });
-        return iconChanged;
-    };
-    host->await("icon");  // the kit's own, from the start
-    for (const auto* path : {"/html", "/bomb", "/huge", "/missing", "/silence"}) {
-        EXPECT_FALSE(loadIcon(path)) << path;
+        EXPECT_EQ(hasChanged, std::string(path) == "/good") << path;
     }
-    EXPECT_TRUE(loadIcon("/good"));
-    openMenu();
 }
 
 TEST_F(LauncherFaults, TwoTapsAtOnceOpenTwoChatsThatBothEnd) {

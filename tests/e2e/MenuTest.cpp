@@ -72,19 +72,6 @@ TEST_F(Menu, LooksAsTheServiceSaysInLightAndInDark) {
     host->await("refused");
 }
 
-TEST_F(Menu, PopsUp) {
-    theme({{"menuAppearance", {{"style", "nomenu"}, {"textColor", "#102030"}}}});
-    load();
-    host->send({{"do", "tap"}});
-    const auto sheet = host->await("sheet");
-    EXPECT_EQ(sheet["heading"], "Support");
-    EXPECT_EQ(sheet["tint"], "#102030");
-    EXPECT_EQ(sheet["entries"][0], "Cancel");
-    EXPECT_EQ(sheet["entries"].size(), 10U);
-    host->send({{"do", "choose"}, {"label", "Cancel"}});
-    host->await("event", {{"name", "com.goquorrand.event.menu.ended"}});
-}
-
 TEST_F(Menu, ThemeAnswersWithItsFallbacks) {
     theme(
         {{"colors", {{"textColor", "#112233"}, {"textColorDark", nullptr}, {"buttonColor", "red"}}},

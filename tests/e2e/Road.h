@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <functional>
 #include <iostream>
@@ -110,10 +111,23 @@ class Road : public testing::Test {
         return labels;
     }
 
+    /// Where the row with this label is; their number when there is none.
+    static std::size_t indexOf(const Json& rows, const std::string& label) {
+        const auto labels = labelsOf(rows);
+        return static_cast<std::size_t>(std::find(labels.begin(), labels.end(), label) -
+                                        labels.begin());
+    }
+
     void press(const std::string& label) { host->send({{"do", "press"}, {"label", label}}); }
 
     void select(std::size_t row, std::size_t section = 0) {
         host->send({{"do", "select"}, {"row", row}, {"section", section}});
+    }
+
+    void selectLabelled(const Json& rows, const std::string& label, std::size_t section = 0) {
+        const auto row = indexOf(rows, label);
+        ASSERT_LT(row, rows.size()) << label << " in " << rows;
+        select(row, section);
     }
 
     void back(const std::string& screen) {

@@ -121,32 +121,24 @@ const std::vector<Row> rows = {
     {Step::settings, "drop", {"Unable to retrieve settings: " + std::string(kLost)}},
     // A success that cannot be read counts as one that says nothing: no channel is offered.
     {Step::settings, "garbage", {kCustomer}},
-    {Step::settings, "list", {kCustomer}},
-    {Step::settings, "cut", {kCustomer}},
 
     {Step::customer, "status", {noCustomer(kServer)}},
     {Step::customer, "drop", {noCustomer(kLost)}},
-    {Step::customer, "garbage", {kCustomer}},
 
     {Step::create, "status", {kCreating, "Unable to create issue: " + std::string(kServer)}},
     {Step::create, "drop", {kCreating, "Unable to create issue: " + std::string(kLost)}},
     // Nothing but the end of the progress tells that it came to nothing.
     {Step::create, "garbage", {kCreating, kGone}},
-    {Step::create, "cut", {kCreating, kGone}},
 
     // An issue that cannot be had is replaced by a new one; a broken read is repeated unseen.
     {Step::stored, "status", {kCreating, kCreating, kOpening, kConnecting, kJoining, kGone}},
     {Step::stored, "drop", {kCreating, kOpening, kConnecting, kJoining, kGone}},
-    {Step::stored, "list", {kCreating, kGone}},
 
     {Step::chatGet, "status", {kCreating, kOpening, kReadOnly}},
-    {Step::chatGet, "drop", {kCreating, kOpening, kReadOnly}},
     // Without a record there is no room to join: only the join's own time-out ends this.
     {Step::chatGet, "garbage", {kCreating, kOpening, kConnecting, kJoining}},
 
     {Step::chatEnter, "status", {kCreating, kOpening, kConnecting, kJoining, kGone}},
-    {Step::chatEnter, "drop", {kCreating, kOpening, kConnecting, kJoining, kGone}},
-    {Step::chatEnter, "garbage", {kCreating, kOpening, kConnecting, kJoining, kGone}},
 
     // An issue whose status nobody knows is left alone: the person wants to go.
     {Step::check, "status", {kChecking, "left"}},
@@ -154,13 +146,11 @@ const std::vector<Row> rows = {
     {Step::check, "garbage", {kChecking, kGone}},
 
     {Step::resolve, "status", {kChecking, kResolving, kCancelling, "left"}},
-    {Step::resolve, "garbage", {kChecking, kResolving, kCancelling, "left"}},
     // It was carried out and only the answer was lost: nothing is left to cancel.
     {Step::resolve, "cut", {kChecking, kResolving, kCancelling, unresolved("")}},
 
     {Step::cancel, "status", {kChecking, kResolving, kCancelling, unresolved(kServer)}},
     {Step::cancel, "drop", {kChecking, kResolving, kCancelling, unresolved(kLost)}},
-    {Step::cancel, "garbage", {kChecking, kResolving, kCancelling, unresolved("")}},
 };
 
 class EachFault : public ServiceFaults, public testing::WithParamInterface<Row> {};
