@@ -189,6 +189,7 @@ TEST_F(ServiceFaults, AScreenThatWaitsCanBeLeft) {
     mark();
     press("End Chat");
     expectSights({kChecking, kResolving, "left"});
+    back("RatingViewController");
 
     strike("silence", "/issues/5", {{"method", "GET"}});
     openChat();
