@@ -5,7 +5,7 @@
 
 #include <chrono>
 
-#include "supportsdk/platform/Threads.h"
+#include "backends/posix/Threads.h"
 
 namespace supportsdk {
 

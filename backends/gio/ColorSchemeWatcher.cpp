@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "backends/gio/SessionBus.h"
-#include "supportsdk/platform/Threads.h"
+#include "backends/posix/Threads.h"
 
 namespace supportsdk {
 

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "backends/gio/PortalRequest.h"
-#include "supportsdk/platform/PlainFile.h"
+#include "backends/posix/PlainFile.h"
 
 namespace supportsdk {
 

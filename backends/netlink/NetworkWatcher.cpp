@@ -8,7 +8,7 @@
 #include <array>
 #include <cerrno>
 
-#include "supportsdk/platform/Threads.h"
+#include "backends/posix/Threads.h"
 
 namespace supportsdk {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "supportsdk/platform/PlainFile.h"
+#include "backends/posix/PlainFile.h"
 
 namespace supportsdk {
 

@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-#include "supportsdk/platform/Threads.h"
+#include "backends/posix/Threads.h"
 
 namespace supportsdk {
 

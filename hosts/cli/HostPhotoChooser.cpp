@@ -1,6 +1,6 @@
 #include "hosts/cli/HostPhotoChooser.h"
 
-#include "supportsdk/platform/PlainFile.h"
+#include "backends/posix/PlainFile.h"
 
 namespace supportsdk::host {
 

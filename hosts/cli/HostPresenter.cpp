@@ -64,7 +64,8 @@ void HostPresenter::add(std::size_t layer, const std::shared_ptr<ScreenControlle
     if (!screen) return;
     const auto self = shared_from_this();
     const auto covered = topShown() ? topShown()->screen : nullptr;
-    if (layer > 0) screen->presentingController = layers_[layer - 1].controller;
+    if (layer > 0 && how == "presented")
+        screen->presentingController = layers_[layer - 1].controller;
     auto adapter = adapterFor(screen, [weak = weak_from_this(), raw = screen.get()] {
         if (const auto presenter = weak.lock()) presenter->reloaded(raw);
     });

@@ -26,6 +26,9 @@ Json KBSearchAdapter::describeSection(std::size_t section) const {
 bool KBSearchAdapter::select(std::size_t section, std::size_t row) {
     if (section >= KBSearchViewController::numberOfSections) return false;
     if (row >= search_->numberOfRows(section)) return false;
+    // An article takes the focus from the bar.
+    if (section == KBSearchViewController::top && search_->isBarFocused)
+        search_->searchBarTextDidEndEditing();
     search_->didSelectRow(section, row);
     return true;
 }

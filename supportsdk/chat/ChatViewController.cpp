@@ -130,6 +130,14 @@ void ChatViewController::viewDidDisappear() {
     if (rating && support->rateableIssueId && !isReadOnly) rating->displayRatingScreen();
 }
 
+void ChatViewController::handOver(const std::function<void()>& show) {
+    const auto self = shared_from_this();
+    isHandingOver_ = true;
+    show();
+    // Who shows the page beside the chat takes nothing away.
+    if (showing) isHandingOver_ = false;
+}
+
 void ChatViewController::handleIssueRefresh() {
     if (refreshTimer_) {
         refreshAgain_ = true;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -169,12 +170,14 @@ class SUPPORTSDK_API ChatViewController : public QDChatViewController {
         };
     }
     [[nodiscard]] bool isNewest(const QuorrandChatMessage& message) const;
+    /// Runs `show`, which lays a page of this chat over it.
+    void handOver(const std::function<void()>& show);
 
     Registration requests_;
     /// While the issue has just been refreshed.
     Registration refreshTimer_;
     bool refreshAgain_ = false;
-    /// An article or a web page of this chat is about to lie over it.
+    /// Its view goes because an article or a web page of this chat lies over it.
     bool isHandingOver_ = false;
 };
 

@@ -77,13 +77,16 @@ void ChatViewController::showAttachment(const Message& message) {
 
 void ChatViewController::presentWebPage(const std::string& url, const std::string& backLabel,
                                         bool showsProgress) {
+    if (!BaseWebViewController::canShow(url)) {
+        platform().progress->showError(localized("Unable to open webpage"));
+        return;
+    }
     const auto page = std::make_shared<BaseWebViewController>(platform(), localized("Attachment"),
                                                               localized(backLabel), url);
     page->showsProgress = showsProgress;
     auto navigation = std::make_shared<NavigationController>();
     navigation->children.push_back(page);
-    isHandingOver_ = true;
-    platform().presenter->present(std::move(navigation), this);
+    handOver([&] { platform().presenter->present(std::move(navigation), this); });
 }
 
 }  // namespace supportsdk

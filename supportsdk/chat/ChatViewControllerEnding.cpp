@@ -103,6 +103,7 @@ void ChatViewController::exitIssue() {
 }
 
 void ChatViewController::exit() {
+    isHandingOver_ = false;
     if (presentingController.lock()) {
         platform().presenter->dismiss(*this);
     } else {
@@ -111,6 +112,7 @@ void ChatViewController::exit() {
 }
 
 void ChatViewController::backButtonPressed() {
+    isHandingOver_ = false;
     platform().presenter->dismiss(*this);
 }
 

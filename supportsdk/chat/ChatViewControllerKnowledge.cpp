@@ -41,8 +41,7 @@ void ChatViewController::showKBViewController() {
     if (!showing || !kbViewController) return;
     kbViewController->barColor = support->appearance->systemBackgroundColor;
     kbViewController->barTintColor = support->appearance->linkAndButtonTintColor;
-    isHandingOver_ = true;
-    platform().presenter->push(kbViewController, *this);
+    handOver([this] { platform().presenter->push(kbViewController, *this); });
 }
 
 }  // namespace supportsdk

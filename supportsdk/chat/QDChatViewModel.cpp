@@ -104,7 +104,7 @@ void QDChatViewModel::clearMessages() {
 void QDChatViewModel::removeAll() {
     // Not clear(), which would keep the memory of a long chat.
     messages_ = std::vector<Message>();
-    ids_ = std::unordered_set<std::string>();
+    ids_ = decltype(ids_)();
     heardLive_ = HeardLive();
 }
 

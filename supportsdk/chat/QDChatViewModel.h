@@ -13,6 +13,7 @@
 #include "supportsdk/chat/ChatGroups.h"
 #include "supportsdk/chat/ChatHistoryStore.h"
 #include "supportsdk/chat/ChatLineParts.h"
+#include "supportsdk/core/KeyedHash.h"
 #include "supportsdk/platform/Export.h"
 
 namespace supportsdk {
@@ -117,7 +118,7 @@ class SUPPORTSDK_API QDChatViewModel : public std::enable_shared_from_this<QDCha
     std::vector<Message> messages_;
     ChatGroups groups_;
     ChatHistoryStore history_;
-    std::unordered_set<std::string> ids_;
+    std::unordered_set<std::string, KeyedHash> ids_;
     /// Restored lines, by sender and text, that the history may tell again under another id.
     HeardLive heardLive_;
 };

@@ -202,8 +202,8 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
 
     // --- History (launcher/SupportHistory.cpp) ---
 
-    /// Fetches the issues of the customer's location and tells historyDelegate. Does nothing unless
-    /// history is enabled.
+    /// Fetches the issues of the customer's location and tells historyDelegate; nobody is told of a
+    /// request that failed. Does nothing unless history is enabled.
     void getHistory();
     void updateHistoryDelegateWithModel(const std::shared_ptr<HistoryViewModel>& model);
 
@@ -253,7 +253,7 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     // --- Journeys (knowledge/SupportJourneys.cpp) ---
 
     /// Only the latest request fills the list; `completion` runs once its own answer is in,
-    /// whatever that was.
+    /// whatever that was, and never after this object is gone.
     void getJourneysWithCompletion(std::function<void()> completion);
 
     /// The two rules by which typed calls choose their callback: strict wants "status" to be 200,
@@ -293,7 +293,8 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     std::shared_ptr<QDIssue> rateableIssue;
     /// The credential block of the stored issue.
     std::optional<std::string> xmppdata;
-    /// The issues of the customer's location, as last fetched.
+    /// The issues of the customer's location; empty from the start of a request until its list is
+    /// in, and after one that failed. historyViewModel keeps the last list.
     std::vector<std::shared_ptr<QDIssue>> historyEntries;
     bool isHistoryRequested = false;
     /// Another one with each retrieval; null before the first.
@@ -331,10 +332,13 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     void applyTheme(const ChannelTitles& titles, const Json& settings);  // theme/SupportTheme.cpp
     void attachChat();                                                   // chat/SupportChat.cpp
     void shareHeadersWithChat();                                         // chat/SupportChat.cpp
-    void historyDidArrive(const Json& response);   // launcher/SupportHistory.cpp
+    void historyDidArrive(const Json& response,
+                          std::uint64_t request);  // launcher/SupportHistory.cpp
     void journeysDidArrive(const Json& response);  // knowledge/SupportJourneys.cpp
 
     std::uint64_t latestHistoryRequest_ = 0;
+    /// Whose list is in historyViewModel.
+    std::uint64_t shownHistoryRequest_ = 0;
     std::uint64_t latestJourneysRequest_ = 0;
     bool isRetired_ = false;
 };

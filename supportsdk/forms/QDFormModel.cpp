@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include "supportsdk/core/Fields.h"
+#include "supportsdk/core/KeyedHash.h"
 #include "supportsdk/forms/FieldVisibility.h"
 
 namespace supportsdk {
@@ -54,7 +55,7 @@ class VisibleFields {
         if (found != children_.end()) open_.push_back({ParentValue(*field), &found->second});
     }
 
-    std::unordered_map<std::string, Fields> children_;
+    std::unordered_map<std::string, Fields, KeyedHash> children_;
     std::unordered_set<const QDFieldModel*> seen_;
     std::vector<Level> open_;
     Fields visible_;

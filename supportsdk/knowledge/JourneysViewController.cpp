@@ -21,6 +21,7 @@ void JourneysViewController::viewDidLoad() {
 }
 
 void JourneysViewController::viewWillAppear() {
+    const auto self = shared_from_this();
     isNavigationBarHidden = false;
     refresh();
     if (support->journeys.size() != 1) return;

@@ -10,11 +10,12 @@ namespace supportsdk {
 
 namespace {
 
-/// Identifiers come as numbers from some services, and have to find each other all the same.
+/// Identifiers come as numbers from some services, flags as numbers or booleans.
 std::optional<std::string> textForKey(const Json& dictionary, std::string_view key) {
     const auto* value = valueForKey(dictionary, key);
     if (!value) return std::nullopt;
-    return value->is_number() ? dumpJson(*value) : stringForKey(dictionary, key);
+    const bool isPlain = value->is_number() || value->is_boolean();
+    return isPlain ? dumpJson(*value) : stringForKey(dictionary, key);
 }
 
 }  // namespace

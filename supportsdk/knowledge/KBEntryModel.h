@@ -27,7 +27,8 @@ class SUPPORTSDK_API KBEntryModel {
     void addChild(std::shared_ptr<KBEntryModel> child) { children.push_back(std::move(child)); }
     /// Hangs below this entry all of `entries` that leads to it, in their order at every level, and
     /// returns the rest. Of entries with one identifier the first that is reached, depth first, has
-    /// the children; nobody is hung up twice, so that circles end. Linear in `entries`.
+    /// the children; nobody is hung up twice, so that circles end. Linear in `entries`,
+    /// which may hold nobody that this entry hangs below.
     std::vector<std::shared_ptr<KBEntryModel>> addChildrenFromEntries(
         const std::vector<std::shared_ptr<KBEntryModel>>& entries);
     /// The children that are folders, and those that are not.

@@ -61,6 +61,7 @@ void KBSearchViewController::viewWillDisappear() {
 // --- The search bar ---
 
 void KBSearchViewController::searchBarTextDidChange(const std::string& text) {
+    const auto self = shared_from_this();
     barText = text;
     isBarFocused = !text.empty();
     if (text.empty()) {
@@ -79,6 +80,7 @@ void KBSearchViewController::searchBarTextDidEndEditing() {
 }
 
 void KBSearchViewController::searchBarSearchButtonClicked() {
+    const auto self = shared_from_this();
     isBarFocused = false;
     isCancelButtonShown = false;
     tellBarDidChange();
@@ -86,13 +88,14 @@ void KBSearchViewController::searchBarSearchButtonClicked() {
 }
 
 void KBSearchViewController::searchBarCancelButtonClicked() {
-    // The answer would take the recent searches away again.
-    latestSearch_.reset();
     barText.clear();
     showRecentSearches();
 }
 
 void KBSearchViewController::showRecentSearches() {
+    const auto self = shared_from_this();
+    // The answer to a search would take them away again.
+    latestSearch_.reset();
     isCancelButtonShown = false;
     hideRecentSearches = false;
     reloadTable();

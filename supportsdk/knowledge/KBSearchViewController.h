@@ -46,10 +46,10 @@ class SUPPORTSDK_API KBSearchViewController : public ScreenController, public Su
     void searchBarTextDidEndEditing();
     /// Searches for what stands in the bar.
     void searchBarSearchButtonClicked();
-    /// Also gives up the search that is running.
+    /// Also gives up the search that is running, as does emptying the bar.
     void searchBarCancelButtonClicked();
-    /// Called with the bar's text on each change; does nothing, a hook for hosts that search as the
-    /// person types.
+    /// Called with the bar's text on each change; does nothing. A hook for hosts that search as the
+    /// person types and show a class of their own; every search with results is recorded.
     virtual void doSearch(const std::string& text) { (void)text; }
     /// Searches, and gives up an earlier search that is still running.
     void search(const std::string& text);

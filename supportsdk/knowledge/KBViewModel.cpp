@@ -113,8 +113,8 @@ void KBViewModel::addVisibleChildrenOfEntry(const Entry& entry) {
     RowCollector{baseLevel, visibleEntries}.add(entry);
 }
 
-/// Opens or closes the folder of a row with the outcome of updateVisibleEntries(), at the cost of
-/// its own rows: of others only pointers move.
+/// Opens or closes the folder of a row at the cost of its own rows: of others only pointers move.
+/// The outcome is that of updateVisibleEntries(), if the rows were.
 void KBViewModel::flip(std::size_t row) {
     const auto folder = visibleEntries[row];
     const auto before = rowsBelow(*folder, baseLevel);

@@ -51,7 +51,8 @@ class SUPPORTSDK_API KBViewModel {
     /// in place there are none.
     static std::shared_ptr<KBViewModel> createWithFolder(Entry folder);
 
-    /// Takes these objects in place of all entries, tree and rows.
+    /// Takes these objects in place of all entries, tree and rows; `baseLevel` stays, and a single
+    /// root is a row.
     void processArray(const Json& array);
     /// By title, byte by byte; what has none comes first. The list keeps the service's order:
     /// nothing in the kit calls this.

@@ -35,8 +35,9 @@ class SUPPORTSDK_API RatingViewController : public DialogViewController {
     [[nodiscard]] std::string_view className() const override { return "RatingViewController"; }
     void viewDidLoad() override;
 
-    /// A tap on the star with this tag, 0 to 4. The last star takes itself back by one; no tap
-    /// lowers the rating otherwise. Any other tag only shows the rating again.
+    /// A tap on the star with this tag, 0 to 4: selects it and those below it, but the last star,
+    /// when it is selected already, takes itself back. No tap leads to 0. Any other tag only shows
+    /// the rating again.
     void ratingButtonClicked(std::size_t tag);
     /// Selects the stars below `ratingValue`, and no others.
     void displayRating();

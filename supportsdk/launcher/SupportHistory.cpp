@@ -9,29 +9,35 @@ void Support::getHistory() {
     if (!features.historyEnabled) return;
     isHistoryRequested = true;
     historyEntries.clear();
-    // Settings ask before the customer is known and again after it, and answers overtake each
-    // other: what the latest question brought must not be replaced by an earlier one's answer.
     executeGet("/issues/history?members_locations_id=" + identity.membersLocationsId.text(),
                endpoint, Json(),
-               [weak = weak_from_this(), request = ++latestHistoryRequest_](const Json& response) {
+               [weak = weak_from_this(), request = ++latestHistoryRequest_,
+                location = identity.membersLocationsId.text()](const Json& response) {
                    const auto self = weak.lock();
-                   if (self && request == self->latestHistoryRequest_)
-                       self->historyDidArrive(response);
+                   if (!self) return;
+                   // Settings ask before the customer is known and again after it: what belongs to
+                   // another location, or was asked before what is there, came too late.
+                   const bool isOvertaken = request < self->shownHistoryRequest_ ||
+                                            location != self->identity.membersLocationsId.text();
+                   if (request == self->latestHistoryRequest_ || !isOvertaken)
+                       self->historyDidArrive(response, request);
                });
 }
 
-void Support::historyDidArrive(const Json& response) {
-    isHistoryRequested = false;
+void Support::historyDidArrive(const Json& response, std::uint64_t request) {
+    const bool isLatest = request == latestHistoryRequest_;
+    if (isLatest) isHistoryRequested = false;
     const auto status = integerForKey(response, "status");
     if (status && *status != 200) {
-        platform->progress->dismiss();
+        if (isLatest) platform->progress->dismiss();
         return;
     }
     const auto* results = valueForKey(response, "results");
     if (!results || !results->is_array()) {
-        updateHistoryDelegateWithModel(nullptr);
+        if (isLatest) updateHistoryDelegateWithModel(nullptr);
         return;
     }
+    shownHistoryRequest_ = request;
     historyEntries.clear();
     for (const auto& entry : *results) historyEntries.push_back(std::make_shared<QDIssue>(entry));
     historyViewModel =

@@ -101,6 +101,7 @@ TEST_F(HostPresenterTest, DismissesAPresentedLayerWithAllThatIsOnIt) {
     presenter->push(more, *web);
     EXPECT_EQ(top(), more);
     EXPECT_TRUE(web->presentingController.lock());
+    EXPECT_FALSE(more->presentingController.lock());
     presenter->dismiss(*web);
     EXPECT_EQ(top(), chat);
     presenter->dismiss(*web);  // gone already

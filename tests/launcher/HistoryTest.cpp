@@ -164,6 +164,17 @@ TEST_F(HistoryTest, AnAnswerThatWasOvertakenChangesNothing) {
     fakes.http->answerTo("=(null)", 200, {{"results", Json::array()}});
     EXPECT_EQ(support->historyEntries.size(), 1U);
     EXPECT_FALSE(support->isHistoryRequested);
+
+    // An earlier answer for the same location is better than a later failure.
+    support->getHistory();
+    support->getHistory();
+    const auto shown = support->historyViewModel;
+    const auto last = fakes.http->sent.size() - 1;
+    fakes.http->answer(last - 1, 200, {{"results", Json::array()}});
+    EXPECT_TRUE(support->isHistoryRequested);
+    fakes.http->answer(last, 503, Json::object());
+    EXPECT_NE(support->historyViewModel, shown);
+    EXPECT_FALSE(support->isHistoryRequested);
 }
 
 TEST_F(HistoryTest, TheTextOfARequestGoesWithTheScreen) {

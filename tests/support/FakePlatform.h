@@ -263,9 +263,11 @@ class FakePresenter : public Presenter {
     [[nodiscard]] std::shared_ptr<ScreenController> rootController() override { return root; }
     void present(std::shared_ptr<ScreenController> screen, ScreenController*) override {
         presented.push_back(std::move(screen));
+        if (cover) cover();
     }
     void push(std::shared_ptr<ScreenController> screen, ScreenController&) override {
         pushed.push_back(std::move(screen));
+        if (cover) cover();
     }
     void pop(ScreenController& screen) override { log.push_back("pop " + screen.title); }
     void dismiss(ScreenController& screen) override { log.push_back("dismiss " + screen.title); }
@@ -280,6 +282,8 @@ class FakePresenter : public Presenter {
     std::vector<std::shared_ptr<ScreenController>> pushed;
     std::vector<Alert> alerts;
     std::vector<std::string> log;
+    /// Runs when a screen comes to lie over another one.
+    std::function<void()> cover;
 };
 
 /// Writes down what was shown: "status X", "error X", "info X", "success X", "dismiss", "dismiss

@@ -1,4 +1,4 @@
-#include "supportsdk/platform/PlainFile.h"
+#include "backends/posix/PlainFile.h"
 
 #include <fstream>
 
