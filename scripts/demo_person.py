@@ -7,24 +7,8 @@ import sys
 import time
 
 import demo_menu
-import demo_screens
 from demo_programs import DEADLINE, Failure, Silence
-
-PICTURE = "\x1b[7m{}\x1b[0m" if demo_menu.is_colourful() else "[picture of {}]"
-
-
-def drawn(line):
-    """The line's text, emoticons as pictures, and what hangs on it."""
-    text = line.get("text", "")
-    for emoticon in line.get("emoticons", []):
-        text = text.replace(emoticon, PICTURE.format(emoticon.strip("()").lower()), 1)
-    parts = [text] if text else []
-    if "url" in line:
-        parts.append("[picture]" if line.get("previewShown") else "[picture, not loaded yet]")
-    if "kb" in line:
-        parts.append(f"[article: {line['kb'].get('title', line['kb']['preview'])}]")
-    parts += [f"[{button['label']}]" for button in line.get("buttons", [])]
-    return "  ".join(parts)
+from demo_screens import draw, drawn
 
 
 def words_of(page):
@@ -110,7 +94,7 @@ class Person:
         if "entry" in screen:
             self.see_chat(screen)
         elif self.draws_all and not {"url", "html"} & screen.keys():
-            self.drawn = demo_screens.draw(screen, self.drawn)
+            self.drawn = draw(screen, self.drawn)
 
     def see_chat(self, chat):
         self.chat = chat

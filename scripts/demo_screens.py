@@ -1,5 +1,24 @@
 """Screens of support-host as plain text: lists, the search, dialogs, and chats of the past."""
 
+import demo_menu
+
+PICTURE = "\x1b[7m{}\x1b[0m" if demo_menu.is_colourful() else "[picture of {}]"
+
+
+def drawn(line):
+    """The line's text, emoticons as pictures, and what hangs on it."""
+    text = line.get("text", "")
+    for emoticon in line.get("emoticons", []):
+        text = text.replace(emoticon, PICTURE.format(emoticon.strip("()").lower()), 1)
+    parts = [text] if text else []
+    if "url" in line:
+        parts.append("[picture]" if line.get("previewShown") else "[picture, not loaded yet]")
+    if "kb" in line:
+        parts.append(f"[article: {line['kb'].get('title', line['kb']['preview'])}]")
+    parts += [f"[{button['label']}]" for button in line.get("buttons", [])]
+    return "  ".join(parts)
+
+
 def in_brackets(labels):
     return " ".join(f"[{label}]" for label in labels)
 
@@ -34,7 +53,7 @@ def fields_of(screen):
 def past_of(chat):
     """Both ends of a conversation; its transcript names nobody."""
     lines = [line for group in chat.get("groups", []) for line in group["lines"]]
-    said = [f"{'you' if line['mine'] else 'support':>18} | {line.get('text', '')}" for line in lines]
+    said = [f"{'you' if line['mine'] else 'support':>18} | {drawn(line)}" for line in lines]
     if len(said) > 5:
         said[2:-2] = [f"{'':>18} | ... {len(said) - 4} more lines ..."]
     yield from said
