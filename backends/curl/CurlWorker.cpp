@@ -1,34 +1,11 @@
 #include "backends/curl/CurlWorker.h"
 
-#include <pthread.h>
-
-#include <csignal>
-#include <system_error>
+#include "backends/posix/Threads.h"
 
 namespace supportsdk {
 namespace {
 
 constexpr std::size_t kMaximumSpare = 4;
-
-/// The host's signals are for the host's threads, and a broken connection is no reason to end the
-/// process. Faults of this thread itself stay deliverable.
-class SignalsBlocked {
- public:
-    SignalsBlocked() {
-        sigset_t all;
-        sigfillset(&all);
-        for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP}) {
-            sigdelset(&all, fault);
-        }
-        pthread_sigmask(SIG_SETMASK, &all, &before_);
-    }
-    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-    SignalsBlocked(const SignalsBlocked&) = delete;
-    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-
- private:
-    sigset_t before_{};
-};
 
 }  // namespace
 
@@ -60,14 +37,8 @@ bool CurlWorker::submit(std::unique_ptr<CurlTransfer> transfer) {
 
 bool CurlWorker::ensureStarted() {
     if (thread_.joinable()) return true;
-    const SignalsBlocked inherited;
-    try {
-        thread_ = std::thread([this] { run(); });
-    } catch (const std::system_error&) {
-        return false;
-    }
-    pthread_setname_np(thread_.native_handle(), "supportsdk-http");
-    return true;
+    thread_ = startThread("supportsdk-http", [this] { run(); });
+    return thread_.joinable();
 }
 
 void CurlWorker::run() {

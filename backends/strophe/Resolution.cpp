@@ -2,14 +2,12 @@
 
 #include <arpa/inet.h>
 #include <netdb.h>
-#include <pthread.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <mutex>
-#include <system_error>
-#include <thread>
+
+#include "backends/posix/Threads.h"
 
 namespace supportsdk {
 
@@ -43,12 +41,6 @@ std::vector<PeerAddress> lookUp(const std::string& host, int flags) {
     return found;
 }
 
-void blockSignals() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, nullptr);
-}
-
 }  // namespace
 
 struct Resolution::State {
@@ -74,12 +66,11 @@ Resolution::Resolution(const std::string& host) : state_(std::make_shared<State>
         state_->answer(std::move(numeric));
         return;
     }
-    try {
-        std::thread([state = state_, host] {
-            blockSignals();
-            state->answer(lookUp(host, AI_ADDRCONFIG));
-        }).detach();
-    } catch (const std::system_error&) {
+    auto thread = startThread(
+        "support-dns", [state = state_, host] { state->answer(lookUp(host, AI_ADDRCONFIG)); });
+    if (thread.joinable()) {
+        thread.detach();
+    } else {
         state_->answer({});
     }
 }

@@ -5,8 +5,8 @@
 
 #include <algorithm>
 #include <array>
-#include <csignal>
 
+#include "backends/posix/Threads.h"
 #include "backends/strophe/TrustBundle.h"
 
 namespace supportsdk {
@@ -68,6 +68,8 @@ bool StreamThread::start() {
     pthread_attr_init(&attributes);
     pthread_attr_setstacksize(&attributes, stackSize);
     pthread_t thread{};
+    // Also because a write to a dead TLS connection raises SIGPIPE.
+    const BlockedSignals inherited;
     const bool started =
         commands_.descriptor() >= 0 && pthread_create(&thread, &attributes, &enter, this) == 0;
     pthread_attr_destroy(&attributes);
@@ -81,10 +83,6 @@ void StreamThread::cut() {
 }
 
 void* StreamThread::enter(void* self) {
-    // The host's signals are the host's; a write to a dead TLS connection raises SIGPIPE.
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, nullptr);
     pthread_setname_np(pthread_self(), "support-xmpp");
     static_cast<StreamThread*>(self)->run();
     return nullptr;
