@@ -97,17 +97,6 @@ TEST_F(AfterChat, ARatingFollowsAndTheCaseCanBeReadAgain) {
     EXPECT_EQ(service->get("/events?kind=joined")->at("results").size(), joined);
 }
 
-TEST_F(AfterChat, NoStarIsARatingToo) {
-    const auto id = chatToTheEnd();
-    awaitScreen(kRating);
-    press("Submit");
-    const auto request = service->await("request", {{"path", "/sdk/v1/issues/rate/" + id}});
-    ASSERT_TRUE(request);
-    EXPECT_EQ(Json::parse(request->value("body", "")),
-              (Json{{"nps_rating", 0}, {"tech_rating", 0}, {"notes", ""}}));
-    historyWith("Chat ID: SC-" + id, {{"rating", "Rating: 0"}});
-}
-
 TEST_F(AfterChat, ACaseThatWasNeverRatedAsksForItFromTheHistory) {
     load();
     const auto label = "Chat ID: SC-4002";
@@ -133,7 +122,6 @@ TEST_F(AfterChat, ACaseThatWasNeverRatedAsksForItFromTheHistory) {
 }
 
 TEST_F(AfterChat, TheSwitchesOfTheHistoryLast) {
-    const std::vector<std::string> open = {"Chat ID: SC-4006"};
     const std::vector<std::string> oldestFirst = {"Chat ID: SC-4003", "Chat ID: SC-4007",
                                                   "Chat ID: SC-4006"};
     load();
@@ -150,22 +138,11 @@ TEST_F(AfterChat, TheSwitchesOfTheHistoryLast) {
     back(kSwitches);
     EXPECT_EQ(labelsOf(rowsOf(shown(kHistory))), oldestFirst);
 
-    for (const auto& [field, labels] : {std::pair{"", oldestFirst}, {"Closed", open}, {"", open}}) {
-        host->send({{"do", "quit"}});
-        EXPECT_EQ(host->waitForEnd(), 0);
-        host = startHost();
-        load();
-        const auto rows = openList("My cases", kHistory);
-        if (std::string(field).empty()) {
-            EXPECT_EQ(labelsOf(rows), labels);
-            continue;
-        }
-        press("...");
-        awaitScreen(kSwitches);
-        host->send({{"do", "set"}, {"field", field}, {"value", false}});
-        back(kSwitches);
-        EXPECT_EQ(labelsOf(rowsOf(shown(kHistory))), labels);
-    }
+    host->send({{"do", "quit"}});
+    EXPECT_EQ(host->waitForEnd(), 0);
+    host = startHost();
+    load();
+    EXPECT_EQ(labelsOf(openList("My cases", kHistory)), oldestFirst);
 }
 
 TEST_F(AfterChat, ACallBackIsAskedForWithTheServicesNumberOrWithout) {
@@ -174,10 +151,8 @@ TEST_F(AfterChat, ACallBackIsAskedForWithTheServicesNumberOrWithout) {
     EXPECT_EQ(known["fields"][0]["value"], "+1 555 0101") << "what the service knows";
     press("Submit");
     host->await("refused");
-    for (const auto& [number, isGood] : {std::pair{"(212) 955-0147", true},
-                                         {"(212) 155-0147", false},
-                                         {"212x", false},
-                                         {"+1 212-955.0147", true}}) {
+    for (const auto& [number, isGood] :
+         {std::pair{"(212) 155-0147", false}, {"+1 212-955.0147", true}}) {
         host->send({{"do", "type"}, {"text", number}});
         const auto screen = host->await("changed", {{"class", kCallMe}});
         EXPECT_EQ(screen["buttons"][1]["enabled"], isGood) << number;

@@ -38,6 +38,10 @@ TEST_F(JourneysTest, ASingleJourneyOpensAtEachAppearanceUnlessTheOpenerSaysOther
     EXPECT_THAT(fakes.presenter->log, ElementsAre("pop Journeys"));
     screen->viewWillAppear();
     EXPECT_EQ(pushed(), 3U);
+    screen->viewWillDisappear();
+    EXPECT_TRUE(screen->isNavigationBarHidden);
+    screen->back();
+    EXPECT_EQ(fakes.presenter->log.back(), "pop Journeys");
 
     auto& page = dynamic_cast<JourneyViewController&>(*fakes.presenter->pushed.back());
     EXPECT_EQ(page.initialUrl, "https://j/1");

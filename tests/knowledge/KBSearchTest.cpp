@@ -54,12 +54,14 @@ TEST_F(KBSearchTest, TheLatestSearchIsShownAndRecordedAsItWasAsked) {
     open();
     searchFor("first");
     searchFor("dark \"screen\" 100%");
+    EXPECT_FALSE(screen->isCancelButtonShown);
     screen->searchBarTextDidChange("typed meanwhile");
     answer("dark \"screen\" 100%", 200, found);
     answer("first", 500, {});
     EXPECT_THAT(texts(top), ElementsAre("Found"));
     EXPECT_THAT(screen->recentSearches, ElementsAre("dark \"screen\" 100%"));
     EXPECT_EQ(stored().values.at(defaultsKey::recentSearches), Json(screen->recentSearches));
+    EXPECT_EQ(stored().flushes, 1);
     EXPECT_THAT(fakes.progress->shown, IsEmpty());
     EXPECT_EQ(screen->headingOfSection(recent) + screen->headingOfSection(top), "TOP RESULTS");
     EXPECT_THAT(texts(recent), IsEmpty());
@@ -89,7 +91,6 @@ TEST_F(KBSearchTest, AScreenThatWasLeftDisturbsNoOther) {
     screen->viewWillDisappear();
     fakes.http->answerTo("/kb/get?id=7", 500, {});
     answer("again", 500, {});
-    EXPECT_THAT(fakes.presenter->alerts, IsEmpty());
     EXPECT_THAT(fakes.progress->shown, IsEmpty());
 
     screen->viewWillAppear();
@@ -99,6 +100,7 @@ TEST_F(KBSearchTest, AScreenThatWasLeftDisturbsNoOther) {
     fakes.http->answerTo("/kb/get?id=7", 200, {{"results", found}});
     answer("of a former configuration", 200, found);
     EXPECT_EQ(opened(), 0U);
+    EXPECT_THAT(fakes.presenter->alerts, IsEmpty());
     EXPECT_THAT(screen->recentSearches, ElementsAre("x"));
 
     searchFor("for nobody");

@@ -85,6 +85,7 @@ TEST_F(CallMeTest, TheDialogGoesFirstAndWhatWasWrittenGoesOut) {
     EXPECT_EQ(dialog->descriptionText, "");
     dialog->descriptionText = "It is dark";
     dialog->descriptionDidEndEditing();
+    dialog->descriptionDidBeginEditing();
     dialog->okButtonClicked();
     dialog->okButtonClicked();
     EXPECT_THAT(fakes.presenter->log, ElementsAre("dismiss "));

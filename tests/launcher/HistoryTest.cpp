@@ -98,6 +98,10 @@ TEST_F(HistoryTest, StoredSwitchesFilterAndTheNewestComesFirst) {
     screen = HistoryViewController::create(support, {});
     screen->viewDidLoad();
     EXPECT_EQ(rows(), "BC");
+    screen->didSelectRow(0);
+    EXPECT_EQ(support->rateableIssueId, "B");
+    screen->back();
+    EXPECT_THAT(fakes.presenter->log, ElementsAre("pop History"));
 }
 
 TEST_F(HistoryTest, AListThatComesWhileTheScreenIsOpenWaitsForTheSwitches) {
@@ -160,20 +164,26 @@ TEST_F(HistoryTest, AnAnswerThatWasOvertakenChangesNothing) {
     support->getHistory();
     const Json location = "l";
     support->identity.membersLocationsId = IdentityValue(&location);
-    answer(200, {{"results", {issue("A", 1, "2026-01-02 10:00:00")}}});
-    fakes.http->answerTo("=(null)", 200, {{"results", Json::array()}});
+    support->getHistory();
+    const Json one = {{"results", {issue("A", 1, "2026-01-02 10:00:00")}}};
+    fakes.http->answerTo("=(null)", 200, one);
+    EXPECT_EQ(support->historyViewModel, nullptr);
+    fakes.http->answerTo("=l", 200, one);
     EXPECT_EQ(support->historyEntries.size(), 1U);
     EXPECT_FALSE(support->isHistoryRequested);
 
     // An earlier answer for the same location is better than a later failure.
-    support->getHistory();
-    support->getHistory();
+    for (int request = 0; request < 4; ++request) support->getHistory();
     const auto shown = support->historyViewModel;
     const auto last = fakes.http->sent.size() - 1;
-    fakes.http->answer(last - 1, 200, {{"results", Json::array()}});
+    fakes.http->answer(last - 1, 503, Json::object());
+    EXPECT_THAT(fakes.progress->shown, IsEmpty());
+    fakes.http->answer(last - 2, 200, {{"results", Json::array()}});
     EXPECT_TRUE(support->isHistoryRequested);
+    fakes.http->answer(last - 3, 200, one);
     fakes.http->answer(last, 503, Json::object());
     EXPECT_NE(support->historyViewModel, shown);
+    EXPECT_THAT(support->historyEntries, IsEmpty());
     EXPECT_FALSE(support->isHistoryRequested);
 }
 
@@ -190,6 +200,12 @@ TEST_F(HistoryTest, TheTextOfARequestGoesWithTheScreen) {
     EXPECT_THAT(fakes.progress->shown, ElementsAre("status Retrieving", "dismiss"));
     EXPECT_THAT(events, ElementsAre("com.goquorrand.event.history.started",
                                     "com.goquorrand.event.history.ended"));
+
+    // It is gone before the next screen shows a text of its own.
+    support->isHistoryRequested = true;
+    screen->viewWillAppear();
+    choose(issue("A", 1, ""));
+    EXPECT_EQ(fakes.progress->shown.at(3), "dismiss");
 }
 
 TEST_F(HistoryTest, ARowSaysWhatIsKnown) {
@@ -240,6 +256,12 @@ TEST_F(HistoryTest, AnIssueOpensItsChatWhenItHasOne) {
     ASSERT_TRUE(open);
     EXPECT_FALSE(open->isReadOnly);
     EXPECT_EQ(open->chatRoomTitle, "");
+    EXPECT_TRUE(open->isVideoUnavailable);
+    // Only what was resolved is asked about.
+    record["status"] = 8;
+    record["isRated"] = false;
+    const auto closed = choose(record);
+    EXPECT_TRUE(closed && closed->isReadOnly);
 
     auto silent = record;
     silent["transcripts"] = Json::object();

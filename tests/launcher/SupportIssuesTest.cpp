@@ -51,7 +51,6 @@ TEST_F(SupportIssuesTest, SendsUserDataOnlyWhenTheUserIsKnown) {
         support->cancelIssue(id, note("cancelled"), note("no"));
     };
     send("5");
-    EXPECT_EQ(bodyOf("/rate/5"), Json({{"nps_rating", 0}, {"tech_rating", 4}, {"notes", "Good"}}));
     EXPECT_EQ(bodyOf("/resolve/5"), Json({{"resolution", 1}}));
     EXPECT_EQ(bodyOf("/cancel/5"), Json({{"members_users_id", "u"}}));
     support->identity.membersUsersId = {};

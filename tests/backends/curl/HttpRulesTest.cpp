@@ -62,7 +62,8 @@ TEST(HttpAddress, resolvesReferences) {
         {"/\\b.test", "http://a.test:81/%5Cb.test"},
         {"\\\\b.test/z", "http://a.test:81/x/%5C%5Cb.test/z"},
         {"\r\n//b.test/", "http://a.test:81/x/%0D%0A//b.test/"},
-        {"//b.test/100% {z}", "http://b.test/100%%20%7Bz%7D"}};
+        {"//b.test?z w", "http://b.test/?z%20w"},
+        {"/100% {z}\"<>\x7f^`|", "http://a.test:81/100%%20%7Bz%7D%22%3C%3E%7F%5E%60%7C"}};
     for (const auto& [reference, expected] : cases) {
         const auto target = base->resolve(reference);
         ASSERT_TRUE(target) << reference;

@@ -46,6 +46,8 @@ TEST_F(ChatEnding, TheRatingWaitsUntilThePersonIsBackFromAnArticleAndLeaves) {
     support->rateableIssueId = "55";
     fakes.presenter->cover = [this] { disappear(); };
     screen->showKBViewController();
+    appear();
+    screen->handleButtonAction("http://a.test/", {}, nullptr);
     EXPECT_THAT(companion->log, IsEmpty());
     appear();
     // Beside the chat, which stays on view, it is no way back.
@@ -73,6 +75,9 @@ TEST_F(ChatEnding, StrangeAnswersLeadNowhereAndPressedTwiceItLeavesOnce) {
         answer("/issues/55", {{"results", results}});
     }
     EXPECT_EQ(requests("/issues/resolve"), 0);
+    endChat(6);
+    answer("/issues/resolve/55", {{"success", false}});
+    EXPECT_EQ(fakes.progress->shown.back(), "status Cancelling issue");
     EXPECT_FALSE(hasLeft());
     screen->cancel();
     screen->cancel();
