@@ -80,6 +80,9 @@ def open_row(person, number):
         return open_latest(person)
     places = [(section, row) for section, part in enumerate(person.screen.get("sections", []))
               for row in range(len(part["rows"]))]
+    if not person.screens:
+        print("  Nothing is open; /menu shows the menu.")
+        return
     if not number.isdigit() or not 0 < int(number) <= len(places):
         print("  There is no such row.")
         return

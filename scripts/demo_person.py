@@ -75,6 +75,8 @@ class Person:
         elif kind == "left":
             self.drawn = None
             self.screens = [screen for screen in self.screens if screen["class"] != report["class"]]
+            if self.draws_all and not self.screens:
+                print("  Nothing is open; /menu shows the menu.")
 
     @property
     def screen(self):

@@ -59,15 +59,21 @@ def past_of(chat):
     yield from said
 
 
+# Of screens that have no title of their own.
+NAMES = {"KBListViewController": "Help articles", "HistoryActionPopupMenu": "Which cases"}
+
+
 def lines_of(screen):
-    title = screen.get("heading") or screen.get("title") or f"<{screen['class']}>"
+    title = screen.get("heading") or screen.get("title") or NAMES.get(screen["class"], screen["class"])
     yield f"+-- {title}  {in_brackets(screen.get('left', []) + screen.get('right', []))}".rstrip()
     if "search" in screen:
         bar = screen["search"]
         yield f"|  Search: {bar['text']}_{'  [Cancel]' if bar['cancelShown'] else ''}"
-    for part in (rows_of, fields_of, past_of):
-        for line in part(screen):
-            yield f"|  {line}"
+    rows = [line for part in (rows_of, fields_of, past_of) for line in part(screen)]
+    if "sections" in screen and not rows:
+        rows = ["(no rows)"]
+    for line in rows:
+        yield f"|  {line}"
 
 
 def draw(screen, last=None):

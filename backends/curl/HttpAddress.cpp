@@ -51,8 +51,14 @@ std::optional<std::string> escaped(std::string_view reference) {
     const auto end = endOfAuthority(reference);
     std::string text(reference.substr(0, end));
     if (!std::all_of(text.begin(), text.end(), isAllowed)) return std::nullopt;
+    bool isInQuery = false;
+    bool isInFragment = false;
     for (const char c : reference.substr(end)) {
-        if (isAllowed(c)) {
+        // A second one may stand in a query, but there are servers that refuse it.
+        const bool isSecondMark = c == '?' && isInQuery && !isInFragment;
+        isInFragment = isInFragment || c == '#';
+        isInQuery = isInQuery || c == '?';
+        if (isAllowed(c) && !isSecondMark) {
             text += c;
             continue;
         }

@@ -14,12 +14,12 @@ namespace supportsdk::host {
 class CallMeAdapter : public DialogAdapter, public CallMeViewController::View {
  public:
     CallMeAdapter(std::shared_ptr<CallMeViewController> dialog, std::function<void()> reloaded)
-        : DialogAdapter(dialog), dialog_(std::move(dialog)), reloaded_(std::move(reloaded)) {}
+        : DialogAdapter(dialog, std::move(reloaded)), dialog_(std::move(dialog)) {}
 
     /// Into the number, which has the focus, or the named field.
     bool type(const std::string& text, const std::optional<std::string>& field) override;
 
-    void okButtonDidChange(bool) override { reloaded_(); }
+    void okButtonDidChange(bool) override { reload(); }
 
  protected:
     [[nodiscard]] std::string heading() const override { return dialog_->callMeLabel; }
@@ -27,7 +27,6 @@ class CallMeAdapter : public DialogAdapter, public CallMeViewController::View {
 
  private:
     const std::shared_ptr<CallMeViewController> dialog_;
-    const std::function<void()> reloaded_;
 };
 
 }  // namespace supportsdk::host

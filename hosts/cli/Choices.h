@@ -32,6 +32,8 @@ class Choices : public SupportMenuView::View, public std::enable_shared_from_thi
     bool type(const std::string& text, const std::optional<std::string>& field);
     /// Reports what is on top again.
     bool show();
+    /// It lies over every screen until the person has chosen.
+    [[nodiscard]] bool isAlertOpen() const { return !open_.empty() && open_.back().is == "alert"; }
 
  private:
     struct Choice {

@@ -93,6 +93,10 @@ bool Commands::needConfiguration() {
 }
 
 std::shared_ptr<ScreenAdapter> Commands::needScreen() {
+    if (parts_.presenter->choices().isAlertOpen()) {
+        parts_.reports->refuse("an alert is open: choose");
+        return nullptr;
+    }
     auto screen = parts_.presenter->top();
     if (!screen) parts_.reports->refuse("no screen is open");
     return screen;

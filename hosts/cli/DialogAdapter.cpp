@@ -21,6 +21,7 @@ bool DialogAdapter::type(const std::string& text, const std::optional<std::strin
     dialog_->descriptionDidBeginEditing();
     dialog_->descriptionText = text;
     dialog_->descriptionDidEndEditing();
+    reload();
     return true;
 }
 

@@ -19,7 +19,8 @@ void Commands::choose(const Json& command) {
 void Commands::press(const Json& command) {
     const auto label = need(command, "label");
     const auto screen = label ? needScreen() : nullptr;
-    if (screen) refuseUnless(screen->press(*label), "\"" + *label + "\" is not on the screen");
+    if (screen)
+        refuseUnless(screen->press(*label), "\"" + *label + "\" is not on the screen, or disabled");
 }
 
 void Commands::select(const Json& command) {
@@ -82,7 +83,7 @@ void Commands::pull(const Json&) {
 }
 
 void Commands::back(const Json&) {
-    refuseUnless(parts_.presenter->back(), "no screen is open");
+    if (needScreen()) parts_.presenter->back();
 }
 
 void Commands::show(const Json&) {

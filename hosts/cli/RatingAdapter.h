@@ -13,12 +13,12 @@ namespace supportsdk::host {
 class RatingAdapter : public DialogAdapter, public RatingViewController::View {
  public:
     RatingAdapter(std::shared_ptr<RatingViewController> dialog, std::function<void()> reloaded)
-        : DialogAdapter(dialog), dialog_(std::move(dialog)), reloaded_(std::move(reloaded)) {}
+        : DialogAdapter(dialog, std::move(reloaded)), dialog_(std::move(dialog)) {}
 
     /// Taps the star with that number; the field is the heading.
     bool set(const std::string& field, const Json& value) override;
 
-    void ratingDidChange() override { reloaded_(); }
+    void ratingDidChange() override { reload(); }
 
  protected:
     [[nodiscard]] Json state() const override;
@@ -29,7 +29,6 @@ class RatingAdapter : public DialogAdapter, public RatingViewController::View {
     bool tapStar(const std::string& label);
 
     const std::shared_ptr<RatingViewController> dialog_;
-    const std::function<void()> reloaded_;
 };
 
 }  // namespace supportsdk::host

@@ -110,8 +110,12 @@ bool HttpFrontend::listen(Listener& listener, std::uint16_t port, const char* sc
     server.Get(everything, serveAll).Post(everything, serveAll).Put(everything, serveAll);
     server.Patch(everything, serveAll).Delete(everything, serveAll).Options(everything, serveAll);
     server.set_error_handler([](const httplib::Request&, httplib::Response& response) {
-        if (response.body.empty() && !response.content_provider_)
-            write(failure(response.status, "The request cannot be read."), response);
+        if (!response.body.empty() || response.content_provider_) return;
+        const bool isTooLarge = response.status == 413;
+        const auto* words = isTooLarge ? "The body is too large." : "The request cannot be read.";
+        write(failure(response.status, words), response);
+        // What is left of it must not pass for the next request.
+        response.set_header("Connection", "close");
     });
     server.set_exception_handler(
         [](const httplib::Request&, httplib::Response& response, const std::exception_ptr&) {

@@ -13,7 +13,8 @@ double normalizedAngle(double angle) {
     const double rest = std::fmod(angle, turn);
     const double positive = rest < 0 ? rest + turn : rest;
     // The smallest of negative angles is rounded up to a whole turn.
-    return positive < turn ? positive : 0;
+    // And -0 is none of the promised angles.
+    return positive < turn ? positive + 0.0 : 0;
 }
 
 double shortestAngle(double angle) {

@@ -18,9 +18,9 @@ using HttpHeaders = std::vector<std::pair<std::string, std::string>>;
 struct HttpRequest {
     std::string method = "GET";
     /// Absolute http or https address. Bytes that may not stand in a path or query (blanks, quotes,
-    /// control characters, all but ASCII) are sent as percent escapes; a "%" stays as it is, and a
-    /// "#" begins a fragment, which is not sent. Scheme, host and port are never repaired: an
-    /// address that does not parse fails unsent.
+    /// control characters, all but ASCII), and a second "?", are sent as percent escapes; a "%"
+    /// stays as it is, and a "#" begins a fragment, which is not sent. Scheme, host and port are
+    /// never repaired: an address that does not parse fails unsent.
     std::string url;
     /// Sent as they are. A request with a line break or a zero byte in a name or value fails
     /// unsent.

@@ -332,6 +332,7 @@ TEST_F(ChannelFaults, ASearchSaysWhatWasTypedAndNothingElse) {
         {"none\r\nX-Evil: 1\r\n\r\nGET / HTTP/1.1", "none\r\nX-Evil: 1\r\n\r\nGET / HTTP/1.1"},
         {"../../issues/4001", "../../issues/4001"},
         {"nichts – zu finden 木 \u00e4", "nichts – zu finden 木 \u00e4"},
+        {"Is there none? Why?", "Is there none? Why?"},
         {"none 100%", {}},
         {"none%0d%0aX-Evil: 1", {}},
         {"none&members_id=m-100#top?x", {}},

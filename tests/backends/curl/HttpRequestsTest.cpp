@@ -78,7 +78,7 @@ TEST_F(HttpRequests, takeWhateverAPersonTyped) {
         {"../../x", "../../x"},
         {"a&b=c+d", "a&b=c+d"},
         {"100% %zz %41", "100%%20%zz%20%41"},
-        {"?", "?"},
+        {"dark?", "dark%3F"},
         {R"(say "<\>^`{|}'")", "say%20%22%3C%5C%3E%5E%60%7B%7C%7D'%22"},
         {"@evil.test:1//x", "@evil.test:1//x"},
         {"C# crash", "C"}};
