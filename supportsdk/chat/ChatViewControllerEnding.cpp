@@ -103,7 +103,6 @@ void ChatViewController::exitIssue() {
 }
 
 void ChatViewController::exit() {
-    isHandingOver_ = false;
     if (presentingController.lock()) {
         platform().presenter->dismiss(*this);
     } else {
@@ -112,7 +111,6 @@ void ChatViewController::exit() {
 }
 
 void ChatViewController::backButtonPressed() {
-    isHandingOver_ = false;
     platform().presenter->dismiss(*this);
 }
 
