@@ -78,11 +78,11 @@ def attach(person, file):
 def open_row(person, number):
     if "entry" in person.screen:
         return open_latest(person)
-    places = [(section, row) for section, part in enumerate(person.screen.get("sections", []))
-              for row in range(len(part["rows"]))]
     if not person.screens:
         print("  Nothing is open; /menu shows the menu.")
         return
+    places = [(section, row) for section, part in enumerate(person.screen.get("sections", []))
+              for row in range(len(part["rows"]))]
     if not number.isdigit() or not 0 < int(number) <= len(places):
         print("  There is no such row.")
         return

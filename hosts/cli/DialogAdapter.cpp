@@ -3,11 +3,10 @@
 namespace supportsdk::host {
 
 Json DialogAdapter::state() const {
-    Json description = {{"placeholder", dialog_->placeholder},
-                        {"value", dialog_->getDescription()}};
-    if (!dialog_->descriptionLabel.empty()) description["label"] = dialog_->descriptionLabel;
     auto fields = ownFields();
-    fields.push_back(std::move(description));
+    fields.push_back({{"label", dialog_->descriptionLabel},
+                      {"placeholder", dialog_->placeholder},
+                      {"value", dialog_->getDescription()}});
     return {{"heading", heading()},
             {"fields", std::move(fields)},
             {"buttons",

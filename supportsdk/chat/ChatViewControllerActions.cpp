@@ -6,6 +6,7 @@
 #include "supportsdk/chat/QuorrandChatMessage.h"
 #include "supportsdk/core/BaseWebViewController.h"
 #include "supportsdk/core/NotificationCenter.h"
+#include "supportsdk/core/Url.h"
 
 namespace supportsdk {
 
@@ -77,7 +78,7 @@ void ChatViewController::showAttachment(const Message& message) {
 
 void ChatViewController::presentWebPage(const std::string& url, const std::string& backLabel,
                                         bool showsProgress) {
-    if (!BaseWebViewController::canShow(url)) {
+    if (!isWebAddress(url)) {
         platform().progress->showError(localized("Unable to open webpage"));
         return;
     }

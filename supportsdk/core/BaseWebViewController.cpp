@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "supportsdk/core/LowerCased.h"
-
 namespace supportsdk {
 
 BaseWebViewController::BaseWebViewController(const Platform& platform, std::string screenTitle,
@@ -17,13 +15,6 @@ void BaseWebViewController::viewDidLoad() {
                            if (const auto self = weak.lock())
                                static_cast<BaseWebViewController&>(*self).finish();
                        }}};
-}
-
-bool BaseWebViewController::canShow(std::string_view address) {
-    const auto end = address.find("://");
-    if (end == std::string_view::npos || end + 3 == address.size()) return false;
-    const auto scheme = lowerCased(std::string(address.substr(0, end)));
-    return scheme == "http" || scheme == "https";
 }
 
 void BaseWebViewController::finish() {

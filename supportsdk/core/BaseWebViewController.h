@@ -19,10 +19,6 @@ class SUPPORTSDK_API BaseWebViewController : public ScreenController {
     [[nodiscard]] std::string_view className() const override { return "BaseWebViewController"; }
     void viewDidLoad() override;
 
-    /// Whether `address` is a page of the web. Any other scheme is refused, "file" and "javascript"
-    /// above all: addresses come from the service, and reach no further than a web page may.
-    [[nodiscard]] static bool canShow(std::string_view address);
-
     /// The person is done with it: takes the screen away.
     virtual void finish();
 

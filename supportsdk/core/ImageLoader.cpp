@@ -1,22 +1,13 @@
 #include "supportsdk/core/ImageLoader.h"
 
-#include <strings.h>
-
 #include <deque>
 #include <map>
 #include <utility>
 #include <vector>
 
+#include "supportsdk/core/Url.h"
+
 namespace supportsdk {
-
-namespace {
-
-bool isWebAddress(const std::string& url) {
-    return strncasecmp(url.c_str(), "http://", 7) == 0 ||
-           strncasecmp(url.c_str(), "https://", 8) == 0;
-}
-
-}  // namespace
 
 /// Only the loader owns it: all that is under way elsewhere knows it weakly, and so ends with the
 /// loader.

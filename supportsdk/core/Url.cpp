@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+#include "supportsdk/core/LowerCased.h"
+
 namespace supportsdk {
 
 namespace {
@@ -21,6 +23,14 @@ bool isUrl(std::string_view text) {
             return false;
     }
     return true;
+}
+
+bool isWebAddress(std::string_view address) {
+    constexpr std::string_view mark = "://";
+    const auto end = address.find(mark);
+    if (end == std::string_view::npos || end + mark.size() == address.size()) return false;
+    const auto scheme = lowerCased(std::string(address.substr(0, end)));
+    return scheme == "http" || scheme == "https";
 }
 
 std::string percentEncoded(std::string_view text, std::string_view plain) {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "supportsdk/core/Url.h"
 #include "supportsdk/knowledge/JourneyModel.h"
 #include "supportsdk/knowledge/JourneyViewController.h"
 
@@ -51,7 +52,7 @@ void JourneysViewController::didSelectRow(std::size_t row) {
 void JourneysViewController::showJourney(const JourneyModel& journey) {
     const auto& platform = *support->platform;
     const auto address = journey.journey_url.value_or("");
-    if (!BaseWebViewController::canShow(address)) {
+    if (!isWebAddress(address)) {
         platform.progress->showError(platform.localizer->localized("Unable to open webpage"));
         return;
     }

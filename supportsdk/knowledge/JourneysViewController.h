@@ -34,7 +34,7 @@ class SUPPORTSDK_API JourneysViewController : public ScreenController {
     [[nodiscard]] std::string textOfRow(std::size_t row) const;
     void didSelectRow(std::size_t row);
     /// Pushes the journey's page, or says that its address cannot be opened: see
-    /// BaseWebViewController::canShow().
+    /// isWebAddress().
     void showJourney(const JourneyModel& journey);
     /// Leaves the screen.
     void back();

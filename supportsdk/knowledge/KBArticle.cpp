@@ -1,5 +1,6 @@
 #include "supportsdk/knowledge/KBArticle.h"
 
+#include "supportsdk/core/Url.h"
 #include "supportsdk/knowledge/KBViewController.h"
 #include "supportsdk/theme/Appearance.h"
 
@@ -8,7 +9,7 @@ namespace supportsdk {
 void presentArticle(const Support& support, const KBEntryModel& entry, ScreenController& over) {
     const auto& platform = *support.platform;
     const auto address = entry.url.value_or("");
-    if (!BaseWebViewController::canShow(address)) return alertArticleIsMissing(platform, "");
+    if (!isWebAddress(address)) return alertArticleIsMissing(platform, "");
     const auto navigation = std::make_shared<NavigationController>();
     navigation->children.push_back(std::make_shared<KBViewController>(
         platform, support.appearance, entry.title.value_or(""), address));

@@ -11,7 +11,7 @@
 namespace supportsdk {
 
 /// Shows the entry's address in a browser over `over`, or tells the person that it cannot: see
-/// BaseWebViewController::canShow().
+/// isWebAddress().
 void presentArticle(const Support& support, const KBEntryModel& entry, ScreenController& over);
 
 /// Shows the entry's text on top of `from`; an empty page when it has none.

@@ -13,12 +13,6 @@ using testing::ElementsAre;
 
 class AfterChat : public Road {
  protected:
-    static constexpr char kChat[] = "ChatViewController";
-    static constexpr char kRating[] = "RatingViewController";
-    static constexpr char kHistory[] = "HistoryViewController";
-    static constexpr char kSwitches[] = "HistoryActionPopupMenu";
-    static constexpr char kCallMe[] = "CallMeViewController";
-
     /// A conversation that its person ends. Returns the id.
     std::string chatToTheEnd() {
         load();

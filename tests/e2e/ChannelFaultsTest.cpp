@@ -53,7 +53,7 @@ const std::string kServer = "Request failed: internal server error (500)";
 const std::string kLost = "The connection to the server was lost.";
 const std::string kUnread = "The response could not be read.";
 const std::string kRetrieving = "Retrieving";
-const std::string kRating = "Rating your support experience";
+const std::string kRatingIt = "Rating your support experience";
 const std::string kCalling = "Requesting callback";
 
 std::string noArticle(const std::string& why) {
@@ -79,10 +79,10 @@ const std::vector<Row> rows = {
     // Only a failure takes the text away; else it stays until the person leaves.
     {Step::history, join({unreadable, empty}), {kRetrieving}},
 
-    {Step::rate, {"status"}, {"left", kRating, "Unable to rate issue: " + kServer}},
-    {Step::rate, {"drop"}, {"left", kRating, "Unable to rate issue: " + kLost}},
+    {Step::rate, {"status"}, {"left", kRatingIt, "Unable to rate issue: " + kServer}},
+    {Step::rate, {"drop"}, {"left", kRatingIt, "Unable to rate issue: " + kLost}},
     // The rating may have been taken; nothing but the end of the progress tells.
-    {Step::rate, join({{"garbage", "list"}, empty}), {"left", kRating, kGone}},
+    {Step::rate, join({{"garbage", "list"}, empty}), {"left", kRatingIt, kGone}},
 
     {Step::call, {"status"}, {"left", kCalling, "Unable to create issue: " + kServer}},
     {Step::call, {"drop"}, {"left", kCalling, "Unable to create issue: " + kLost}},
@@ -94,11 +94,6 @@ const std::vector<Row> rows = {
 
 class ChannelFaults : public FaultRoad {
  protected:
-    static constexpr char kList[] = "KBListViewController";
-    static constexpr char kSearch[] = "KBSearchViewController";
-    static constexpr char kHistory[] = "HistoryViewController";
-    static constexpr char kDialog[] = "CallMeViewController";
-
     void hit(const std::string& fault, const std::string& path) {
         if (fault.starts_with('{')) {
             strike("answer", path, {{"times", 0}, {"content", fault}});
@@ -177,10 +172,10 @@ class EachChannel : public ChannelFaults, public testing::WithParamInterface<Ste
                 return choose("My cases");
             case Step::rate:
                 selectLabelled(cases_, "Chat ID: SC-4002");
-                awaitScreen("RatingViewController");
+                awaitScreen(kRating);
                 return press("Submit");
             case Step::call:
-                openScreen("Call me back", kDialog);
+                openScreen("Call me back", kCallMe);
                 host->send({{"do", "type"}, {"text", "212 955 0147"}});
                 return press("Submit");
             case Step::number:
@@ -193,13 +188,13 @@ class EachChannel : public ChannelFaults, public testing::WithParamInterface<Ste
         if (GetParam() == Step::tree) awaitScreen(kList);
         if (GetParam() == Step::history) awaitScreen(kHistory);
         if (GetParam() != Step::number) return;
-        EXPECT_EQ(awaitScreen(kDialog)["fields"][0]["value"], "");
+        EXPECT_EQ(awaitScreen(kCallMe)["fields"][0]["value"], "");
     }
 
     void leave() {
         if (GetParam() == Step::tree) back(kList);
         if (GetParam() == Step::history) back(kHistory);
-        if (GetParam() == Step::number) back(kDialog);
+        if (GetParam() == Step::number) back(kCallMe);
         if (GetParam() == Step::article) Road::take("OK");
     }
 
@@ -217,11 +212,11 @@ class EachChannel : public ChannelFaults, public testing::WithParamInterface<Ste
         }
         mark();
         take();
-        if (GetParam() == Step::rate) expectSights({"left", kRating, kGone});
+        if (GetParam() == Step::rate) expectSights({"left", kRatingIt, kGone});
         if (GetParam() == Step::call) host->await("info");
         if (GetParam() == Step::article) host->await("web", {{"title", "The screen stays dark"}});
         if (GetParam() != Step::number) return;
-        EXPECT_EQ(awaitScreen(kDialog)["fields"][0]["value"], "+1 555 0101");
+        EXPECT_EQ(awaitScreen(kCallMe)["fields"][0]["value"], "+1 555 0101");
     }
 
  private:
@@ -271,14 +266,14 @@ TEST_P(EachChannel, SaysNothingOnTheNextScreenAndLetsTheProgramEnd) {
         expectPromptEnd();
         ASSERT_TRUE(service->remove("/faults"));
     }
-    openScreen("Installations", "JourneysViewController");
+    openScreen("Installations", kJourneys);
     mark();
     ASSERT_TRUE(service->remove("/faults"));
     // The application hears what became of a request that is not simply asked again.
     if (GetParam() == Step::rate) expectSights({"Unable to rate issue: " + kLost});
     if (GetParam() == Step::call) expectSights({"Unable to create issue: " + kLost});
     // A dialog that was asked for comes, however late.
-    if (GetParam() == Step::number) awaitScreen(kDialog);
+    if (GetParam() == Step::number) awaitScreen(kCallMe);
     // Asked for behind it, so all that the late answer says is said by then.
     host->send({{"do", "customer"}, {"information", service->ready()["customer"]}});
     expectSights({"customer"});
@@ -315,7 +310,7 @@ TEST_F(ChannelFaults, JourneysThatCannotBeReadAreNotOffered) {
     ASSERT_TRUE(service->remove("/faults"));
     hit(strangers.front(), "/journeys/data");
     load();
-    EXPECT_THAT(rowsOf(openScreen("Installations", "JourneysViewController")), SizeIs(5));
+    EXPECT_THAT(rowsOf(openScreen("Installations", kJourneys)), SizeIs(5));
     mark();
     select(4);
     expectSights({"Unable to open webpage"});

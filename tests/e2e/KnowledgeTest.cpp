@@ -15,10 +15,6 @@ using testing::Not;
 
 class Knowledge : public Road {
  protected:
-    static constexpr char kList[] = "KBListViewController";
-    static constexpr char kSearch[] = "KBSearchViewController";
-    static constexpr char kJourneys[] = "JourneysViewController";
-
     Knowledge() : Road(shared_) {}
 
     static void SetUpTestSuite() { shared_ = ServiceProcess::start(); }

@@ -19,6 +19,15 @@ namespace supportsdk::test {
 /// person at it. Everything is fresh, and gone afterwards; but for a service that tests share.
 class Road : public testing::Test {
  protected:
+    static constexpr char kChat[] = "ChatViewController";
+    static constexpr char kList[] = "KBListViewController";
+    static constexpr char kSearch[] = "KBSearchViewController";
+    static constexpr char kJourneys[] = "JourneysViewController";
+    static constexpr char kHistory[] = "HistoryViewController";
+    static constexpr char kSwitches[] = "HistoryActionPopupMenu";
+    static constexpr char kRating[] = "RatingViewController";
+    static constexpr char kCallMe[] = "CallMeViewController";
+
     explicit Road(std::shared_ptr<ServiceProcess> shared = ServiceProcess::start())
         : service(std::move(shared)) {}
 
@@ -138,7 +147,7 @@ class Road : public testing::Test {
     /// Taps, chooses chat and waits until the room is joined. Returns the id.
     std::string openChat() {
         chooseChat();
-        host->await("screen", {{"class", "ChatViewController"}});
+        host->await("screen", {{"class", kChat}});
         host->await("progress", {{"text", "Joining room"}});
         host->await("changed");
         host->send({{"do", "defaults"}});
