@@ -19,7 +19,9 @@
 namespace supportsdk {
 
 class Appearance;
+class Check;
 class Configuration;
+class FileHandle;
 class HistoryDelegate;
 class HistoryViewModel;
 class JourneyModel;
@@ -255,6 +257,16 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     /// Only the latest request fills the list; `completion` runs once its own answer is in,
     /// whatever that was, and never after this object is gone.
     void getJourneysWithCompletion(std::function<void()> completion);
+
+    // --- Diagnostics (proactive/SupportProactive.cpp) ---
+
+    /// Neither callback runs when the response is no object or cannot be read.
+    void postChecks(const std::vector<std::shared_ptr<const Check>>& checks, RestCallback success,
+                    RestCallback failure);
+    /// Sends what is left of the file, which is read in the background. `failure` runs with a
+    /// "message" when that fails. Neither runs once this object is gone before the request has
+    /// begun.
+    void upload(std::shared_ptr<FileHandle> file, RestCallback success, RestCallback failure);
 
     /// The two rules by which typed calls choose their callback: strict wants "status" to be 200,
     /// lenient also takes a response without one.

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+
+#include "supportsdk/platform/Values.h"
+#include "supportsdk/proactive/files/FileHandle.h"
+
+namespace supportsdk {
+
+/// A longer file is not uploaded: while it is sent, all of it is in memory, a third larger.
+inline constexpr std::size_t maximumDumpBytes = std::size_t{64} * 1024 * 1024;
+
+/// The JSON body with which a dump is uploaded: `owner` (an object) and "file_data", what is left
+/// of the file in Base64 (RFC 4648) with a line feed after every 64 characters. Nothing when the
+/// file is not plain, cannot be read, is longer than maximumDumpBytes, or when `isWanted` says no
+/// between two pieces. Any thread.
+std::optional<Bytes> dumpUploadBody(const Json& owner, FileHandle& file,
+                                    const std::function<bool()>& isWanted);
+
+}  // namespace supportsdk

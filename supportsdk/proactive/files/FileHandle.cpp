@@ -1,0 +1,104 @@
+#include "supportsdk/proactive/files/FileHandle.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+namespace supportsdk {
+
+namespace {
+
+constexpr mode_t everybody = 0666;
+
+std::error_code latestError() {
+    return {errno, std::generic_category()};
+}
+
+std::shared_ptr<FileHandle> open(const std::string& path, int flags) {
+    // A path with a zero byte would name another file.
+    if (path.find('\0') != std::string::npos) return nullptr;
+    const int descriptor = ::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, everybody);
+    return descriptor < 0 ? nullptr : std::make_shared<FileHandle>(descriptor);
+}
+
+}  // namespace
+
+std::shared_ptr<FileHandle> FileHandle::forReadingAtPath(const std::string& path) {
+    return open(path, O_RDONLY);
+}
+
+std::shared_ptr<FileHandle> FileHandle::forWritingAtPath(const std::string& path) {
+    return open(path, O_WRONLY | O_CREAT | O_TRUNC);
+}
+
+FileHandle::~FileHandle() {
+    if (descriptor_ >= 0) ::close(descriptor_);
+}
+
+std::size_t FileHandle::read(std::span<std::byte> into, std::error_code& error) {
+    const std::lock_guard lock(mutex_);
+    error.clear();
+    std::size_t done = 0;
+    while (done < into.size()) {
+        const auto count = ::read(descriptor_, into.data() + done, into.size() - done);
+        if (count == 0) break;
+        if (count > 0) {
+            done += static_cast<std::size_t>(count);
+        } else if (errno != EINTR) {
+            error = latestError();
+            break;
+        }
+    }
+    return done;
+}
+
+bool FileHandle::write(std::span<const std::byte> data, std::error_code& error) {
+    const std::lock_guard lock(mutex_);
+    error.clear();
+    while (!data.empty()) {
+        const auto count = ::write(descriptor_, data.data(), data.size());
+        if (count >= 0) {
+            data = data.subspan(static_cast<std::size_t>(count));
+        } else if (errno != EINTR) {
+            error = latestError();
+            return false;
+        }
+    }
+    return true;
+}
+
+bool FileHandle::seek(std::uintmax_t place, std::error_code& error) {
+    const std::lock_guard lock(mutex_);
+    error.clear();
+    // A place beyond what the system can count becomes negative and is refused.
+    if (::lseek(descriptor_, static_cast<off_t>(place), SEEK_SET) >= 0) return true;
+    error = latestError();
+    return false;
+}
+
+bool FileHandle::close(std::error_code& error) {
+    const std::lock_guard lock(mutex_);
+    error.clear();
+    const int descriptor = std::exchange(descriptor_, -1);
+    if (::close(descriptor) == 0) return true;
+    error = latestError();
+    return false;
+}
+
+bool FileHandle::isPlain() const {
+    const std::lock_guard lock(mutex_);
+    struct stat status {};
+    return fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+std::uintmax_t FileHandle::size() const {
+    const std::lock_guard lock(mutex_);
+    struct stat status {};
+    if (fstat(descriptor_, &status) != 0 || status.st_size < 0) return 0;
+    return static_cast<std::uintmax_t>(status.st_size);
+}
+
+}  // namespace supportsdk

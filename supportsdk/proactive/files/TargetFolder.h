@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "supportsdk/proactive/files/FileHandle.h"
+
+namespace supportsdk {
+
+/// The folder that an archive is extracted into. Names come from the archive, so they are hostile:
+/// nothing is written through a symbolic link that lies below the folder, and a name that is
+/// absolute, that holds "..", or that is not to be told from the folder itself is refused. That
+/// holds also when somebody changes the folder meanwhile: every step goes from an open folder to
+/// the next (openat, O_NOFOLLOW). One thread at a time.
+class TargetFolder {
+ public:
+    /// Creates it with its parents. Nothing, with `error`, when that cannot be done. The path is
+    /// the caller's own: symbolic links on the way to it are followed.
+    static std::optional<TargetFolder> create(const std::string& path, std::error_code& error);
+
+    TargetFolder(TargetFolder&&) noexcept;
+    TargetFolder& operator=(TargetFolder&&) noexcept;
+    ~TargetFolder();
+
+    /// Creates the folder with its parents; one that is there is fine.
+    bool makeFolder(std::string_view name, std::error_code& error);
+    /// A new file in a folder that is there, in place of a plain file of that name; open for
+    /// writing. Null with `error` when it cannot be created, and when anything but a plain file
+    /// stands there.
+    std::shared_ptr<FileHandle> makeFile(std::string_view name, std::error_code& error);
+
+ private:
+    struct State;
+    explicit TargetFolder(std::unique_ptr<State> state);
+
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace supportsdk
