@@ -59,6 +59,14 @@ struct TarName {
     std::string name;
 };
 std::optional<TarName> splitTarName(std::string_view path);
+/// The same for any path. One that cannot be split as above keeps what two fields can hold of its
+/// end: it is cut in the midst of a name where no slash helps, and a path that is too long loses
+/// its outermost folders.
+TarName fitTarName(std::string_view path);
+
+bool isAscii(std::string_view text);
+/// Clears `field`, then copies as much of `text` as fits; nothing when that is not ASCII.
+void writeTarText(std::span<std::byte> field, std::string_view text);
 
 /// Writes `value` into the first `maximum` bytes of `field`: in octal digits, at least `minimum` of
 /// them, filled up with zeros, as many more as it needs; or, when it is negative or needs more than
@@ -67,7 +75,7 @@ void writeTarNumber(std::span<std::byte> field, std::size_t minimum, std::size_t
                     std::int64_t value);
 
 /// The header of a file (tarType::file) or folder, its checksum included; a folder's size is 0.
-/// `name` may be empty.
+/// `name` may be empty; its bytes are taken as they are.
 TarBlock makeTarHeader(const TarName& name, const FileAttributes& attributes, char type);
 
 /// Puts the sum of all bytes into the checksum field, counted as if that held blanks.
