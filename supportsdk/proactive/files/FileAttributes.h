@@ -5,13 +5,25 @@
 #include <optional>
 #include <string>
 
+struct stat;
+
 namespace supportsdk {
+
+/// Tells two names of one file from two files.
+struct FileIdentity {
+    std::uintmax_t device = 0;
+    std::uintmax_t inode = 0;
+
+    static FileIdentity of(const struct stat& status);
+    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
 
 /// What an archive keeps of a file beside its content.
 struct FileAttributes {
     enum class Kind { plain, folder, other };
 
     Kind kind = Kind::other;
+    FileIdentity identity;
     /// The POSIX mode bits, type included or not: who writes them masks them.
     std::uint32_t permissions = 0;
     std::int64_t ownerNumber = 0;
@@ -30,8 +42,13 @@ class FileAttributesReader {
  public:
     /// Of what a symbolic link leads to. Nothing when there is no such file.
     [[nodiscard]] std::optional<FileAttributes> read(const std::string& path);
+    /// The same of a name in an open folder.
+    [[nodiscard]] std::optional<FileAttributes> readAt(int folder, const char* name);
+    [[nodiscard]] std::optional<FileAttributes> readOpen(int descriptor);
 
  private:
+    FileAttributes attributesOf(const struct stat& status);
+
     std::map<std::int64_t, std::string> ownerNames_;
     std::map<std::int64_t, std::string> groupNames_;
 };

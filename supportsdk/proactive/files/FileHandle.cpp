@@ -88,6 +88,17 @@ bool FileHandle::close(std::error_code& error) {
     return false;
 }
 
+bool FileHandle::setAttributes(std::uint32_t permissions, std::int64_t modified,
+                               std::error_code& error) {
+    const std::lock_guard lock(mutex_);
+    error.clear();
+    const timespec times[] = {{0, UTIME_OMIT}, {static_cast<time_t>(modified), 0}};
+    if (fchmod(descriptor_, permissions & 0777) == 0 && futimens(descriptor_, times) == 0)
+        return true;
+    error = latestError();
+    return false;
+}
+
 bool FileHandle::isPlain() const {
     const std::lock_guard lock(mutex_);
     struct stat status {};

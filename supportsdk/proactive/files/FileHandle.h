@@ -36,6 +36,9 @@ class SUPPORTSDK_API FileHandle {
     /// What a write may have left to be done can fail here. Later operations fail.
     bool close(std::error_code& error);
 
+    /// The last nine bits of `permissions`, and the time of the last change, in seconds since 1970.
+    bool setAttributes(std::uint32_t permissions, std::int64_t modified, std::error_code& error);
+
     /// A plain file: neither a pipe nor a device, which might never end.
     [[nodiscard]] bool isPlain() const;
     /// Of the file as it is now; 0 when it is not known.
