@@ -6,22 +6,11 @@
 #include <limits>
 
 #include "supportsdk/core/Fields.h"
+#include "supportsdk/core/TextNumbers.h"
 
 namespace supportsdk {
 
 namespace {
-
-/// Longer numbers do not occur, and a text of megabytes is not read again for each question.
-constexpr std::size_t maximumNumberBytes = 512;
-
-/// What is left of the start of a text without the blanks and the plus sign in front, neither of
-/// which from_chars() takes.
-std::string_view trimmedNumber(std::string_view text) {
-    text = text.substr(0, maximumNumberBytes);
-    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
-    if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
-    return text;
-}
 
 double numberOfText(std::string_view text) {
     const auto digits = trimmedNumber(text);
@@ -81,15 +70,6 @@ std::string decimalText(const Json& value) {
     const auto number = value.get<double>();
     if (std::trunc(number) != number || std::abs(number) >= exactBelow) return dumpJson(value);
     return std::to_string(static_cast<std::int64_t>(number));
-}
-
-std::int32_t integerOfText(std::string_view text) {
-    using Limits = std::numeric_limits<std::int32_t>;
-    const auto digits = trimmedNumber(text);
-    std::int32_t number = 0;
-    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    if (result.ec != std::errc::result_out_of_range) return number;
-    return digits.starts_with('-') ? Limits::min() : Limits::max();
 }
 
 }  // namespace supportsdk

@@ -27,7 +27,4 @@ bool truthOf(const Json& value);
 /// The string; a number as decimal text, booleans as 1 and 0; "" for anything else.
 std::string decimalText(const Json& value);
 
-/// The whole number at the start of a text, bounded to the type; 0 when there is none.
-std::int32_t integerOfText(std::string_view text);
-
 }  // namespace supportsdk

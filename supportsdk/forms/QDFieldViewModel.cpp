@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "supportsdk/core/Fields.h"
+#include "supportsdk/core/TextNumbers.h"
 #include "supportsdk/forms/FormValues.h"
 
 namespace supportsdk {
