@@ -336,6 +336,9 @@ class SUPPORTSDK_API Support : public std::enable_shared_from_this<Support> {
     void setup();
     void tryConfiguration(const std::optional<Json>& dictionary);
     void execute(HttpRequest request, RestCallback completion);
+    /// The POST that all others are; "" as `contentType` leaves the header out.
+    void post(const std::string& uri, const std::string& endpoint, const std::string& contentType,
+              Bytes body, RestCallback completion);
     void settingsDidArrive(const Json& response);
     [[nodiscard]] CallMeTexts callMeTexts() const;
     void apply(const ReadSettings& settings);

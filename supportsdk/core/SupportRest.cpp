@@ -55,13 +55,11 @@ void Support::executeGet(const std::string& uri, const std::optional<std::string
 
 void Support::executePost(const std::string& uri, const std::string& path, const Json& parameters,
                           RestCallback completion) {
-    auto request = getManagerWithUri(fullAddress(*config, path, uri));
-    request.method = "POST";
-    if (!parameters.is_null()) {
-        request.headers.emplace_back("Content-Type", "application/json");
-        request.body = toBytes(dumpJson(parameters));
+    if (parameters.is_null()) {
+        post(uri, path, "", {}, std::move(completion));
+    } else {
+        post(uri, path, "application/json", toBytes(dumpJson(parameters)), std::move(completion));
     }
-    execute(std::move(request), std::move(completion));
 }
 
 void Support::executePost(const std::string& uri, const std::string& path,
@@ -74,11 +72,15 @@ void Support::executePost(const std::string& uri, const std::string& path,
     // The service takes whatever comes under this name and type, and looks at the data itself.
     form.addFile("file-data", "image", "image/jpeg", data);
     auto encoded = form.encode();
+    post(uri, path, encoded.contentType, std::move(encoded.body), std::move(completion));
+}
 
+void Support::post(const std::string& uri, const std::string& path, const std::string& contentType,
+                   Bytes body, RestCallback completion) {
     auto request = getManagerWithUri(fullAddress(*config, path, uri));
     request.method = "POST";
-    request.headers.emplace_back("Content-Type", std::move(encoded.contentType));
-    request.body = std::move(encoded.body);
+    if (!contentType.empty()) request.headers.emplace_back("Content-Type", contentType);
+    request.body = std::move(body);
     execute(std::move(request), std::move(completion));
 }
 

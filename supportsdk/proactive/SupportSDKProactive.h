@@ -28,7 +28,8 @@ class SUPPORTSDK_API SupportSDKProactive
     : public SupportDelegate,
       public std::enable_shared_from_this<SupportSDKProactive> {
  public:
-    /// More checks than this do not wait: the oldest goes for each one that comes, which is logged.
+    /// More checks than this do not wait: for each one that comes the one goes whose turn would
+    /// come last, which is the oldest unless checks came back. Logged once until the next flush.
     static constexpr std::size_t maximumQueuedChecks = 10000;
 
     /// Loads a configuration file as loadConfigurationFile() does; `customerInfo` (an object) is
@@ -66,8 +67,9 @@ class SUPPORTSDK_API SupportSDKProactive
 
     // --- Sending ---
 
-    /// Sends what is queued, the latest first. Blocks until the queue is empty and, on the main
-    /// thread, the request is on its way; called on another thread, the main thread sends it.
+    /// Sends what is queued, the latest first. Blocks until the queue is empty (or
+    /// maximumQueuedChecks were taken, as others go on queueing) and, on the main thread, the
+    /// request is on its way; called on another thread, the main thread sends it.
     void checkQueueFlushHandler();
     /// Sends nothing: the change of the queue's length between two readings, which is 0 unless
     /// somebody queues meanwhile.
@@ -82,9 +84,10 @@ class SUPPORTSDK_API SupportSDKProactive
 
     // --- Dumps ---
 
-    /// Uploads the files as they are, one after the other.
+    /// Uploads the files as they are, one after the other; null throws as in uploadFile().
     void compressAndUploadDumpFiles(const FileHandles& files);
-    /// Throws std::logic_error without a file.
+    /// Throws std::logic_error without a file. What becomes of it is logged. Waits for the uploads
+    /// before it, and for a configuration.
     void uploadFile(const std::shared_ptr<FileHandle>& file);
     /// Makes no folder.
     static std::optional<std::string> buildTempFolderPath();
@@ -105,12 +108,21 @@ class SUPPORTSDK_API SupportSDKProactive
     SupportSDKProactive(std::optional<Json> customerInfo, PlatformPtr platform);
 
  private:
-    void requeue(const Checks& checks);
+    class Upload;
+
+    void enqueue(const Checks& checks);
+    Checks takeExcess();
+    Checks drain();
+    void send(const Checks& checks);
     void uploadNext();
+    void uploadDidEnd();
+    void uploadDidSucceed(const Json& response);
+    void uploadDidFail(const Json& response);
 
     const PlatformPtr platform_;
     /// Taken before the stack's own.
     std::mutex mutex_;
+    bool isExcessLogged_ = false;  // under mutex_
     /// Files that wait for the upload before them: each one is in memory while it is sent.
     std::deque<std::shared_ptr<FileHandle>> uploads_;
     bool isUploading_ = false;
