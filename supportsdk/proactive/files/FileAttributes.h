@@ -23,7 +23,6 @@ struct FileAttributes {
     enum class Kind { plain, folder, other };
 
     Kind kind = Kind::other;
-    FileIdentity identity;
     /// The POSIX mode bits, type included or not: who writes them masks them.
     std::uint32_t permissions = 0;
     std::int64_t ownerNumber = 0;
@@ -34,6 +33,7 @@ struct FileAttributes {
     std::uintmax_t size = 0;
     /// Seconds since 1970, fractions cut off; negative before.
     std::int64_t modified = 0;
+    FileIdentity identity;
 };
 
 /// Reads attributes; remembers the names of accounts, whose look-up may cost more than the rest.
