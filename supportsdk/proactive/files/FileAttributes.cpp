@@ -47,16 +47,11 @@ std::int64_t wholeSeconds(const timespec& time) {
 
 }  // namespace
 
-FileIdentity FileIdentity::of(const struct stat& status) {
-    return {status.st_dev, status.st_ino};
-}
-
 FileAttributes FileAttributesReader::attributesOf(const struct stat& status) {
     const auto owner = status.st_uid;
     const auto groupNumber = status.st_gid;
     FileAttributes attributes;
     attributes.kind = kindOf(status);
-    attributes.identity = FileIdentity::of(status);
     attributes.permissions = status.st_mode;
     attributes.ownerNumber = owner;
     attributes.groupNumber = groupNumber;

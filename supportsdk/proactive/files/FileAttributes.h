@@ -9,15 +9,6 @@ struct stat;
 
 namespace supportsdk {
 
-/// Tells two names of one file from two files.
-struct FileIdentity {
-    std::uintmax_t device = 0;
-    std::uintmax_t inode = 0;
-
-    static FileIdentity of(const struct stat& status);
-    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
-};
-
 /// What an archive keeps of a file beside its content.
 struct FileAttributes {
     enum class Kind { plain, folder, other };
@@ -33,7 +24,6 @@ struct FileAttributes {
     std::uintmax_t size = 0;
     /// Seconds since 1970, fractions cut off; negative before.
     std::int64_t modified = 0;
-    FileIdentity identity;
 };
 
 /// Reads attributes; remembers the names of accounts, whose look-up may cost more than the rest.

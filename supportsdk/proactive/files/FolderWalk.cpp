@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "supportsdk/proactive/files/Descriptor.h"
-#include "supportsdk/proactive/files/FileAttributes.h"
+#include "supportsdk/proactive/files/FileIdentity.h"
 
 namespace supportsdk {
 
@@ -67,11 +67,6 @@ bool listNames(int folder, std::vector<Name>& names) {
     return isWhole;
 }
 
-FileIdentity identityOf(int descriptor) {
-    struct stat status {};
-    return fstat(descriptor, &status) == 0 ? FileIdentity::of(status) : FileIdentity{};
-}
-
 class Walker {
  public:
     Walker(const std::function<Walk(const FolderEntry&)>& visit,
@@ -111,7 +106,7 @@ class Walker {
         level.folder = Descriptor(openat(parent, name, flags));
         if (!level.folder || !listNames(level.folder.get(), level.names)) report();
         if (!level.folder) return;
-        level.identity = identityOf(level.folder.get());
+        level.identity = FileIdentity::of(level.folder.get());
         level.pathLength = path_.size();
         if (levels_.size() >= openFolders) levels_[levels_.size() - openFolders].folder.reset();
         levels_.push_back(std::move(level));
@@ -123,7 +118,7 @@ class Walker {
         if (levels_.empty() || levels_.back().folder) return;
         auto& level = levels_.back();
         level.folder = Descriptor(openat(left.folder.get(), "..", folderFlags));
-        if (level.folder && identityOf(level.folder.get()) == level.identity) return;
+        if (level.folder && FileIdentity::of(level.folder.get()) == level.identity) return;
         // Somebody has moved the folder away: what lies above it now is another.
         level.names.resize(level.next);
         path_.resize(level.pathLength);
