@@ -18,8 +18,9 @@ inline constexpr std::size_t maximumInflatedBytes = std::size_t{256} * 1024 * 10
 /// Whether the data begins as gzip does.
 SUPPORTSDK_API bool isGzippedData(std::span<const std::byte> data);
 
-/// `level` from 0 (none) to 1 (best); below 0 the default. Empty data, and data that is gzip
-/// already, come back as they are. Nothing when there is no memory.
+/// `level` from 0 (none) to 1 (best), rounded to a ninth; below 0 the default. Empty data, and data
+/// that is gzip already, come back as they are. Nothing for any other level, and when there is no
+/// memory.
 SUPPORTSDK_API std::optional<Bytes> gzippedDataWithCompressionLevel(std::span<const std::byte> data,
                                                                     float level);
 SUPPORTSDK_API std::optional<Bytes> gzippedData(std::span<const std::byte> data);

@@ -105,6 +105,14 @@ bool FileHandle::isPlain() const {
     return fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
 }
 
+bool FileHandle::isAtPath(const std::string& path) const {
+    const std::lock_guard lock(mutex_);
+    struct stat own {};
+    struct stat there {};
+    return fstat(descriptor_, &own) == 0 && stat(path.c_str(), &there) == 0 &&
+           own.st_dev == there.st_dev && own.st_ino == there.st_ino;
+}
+
 std::uintmax_t FileHandle::size() const {
     const std::lock_guard lock(mutex_);
     struct stat status {};

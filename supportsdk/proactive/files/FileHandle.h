@@ -41,6 +41,8 @@ class SUPPORTSDK_API FileHandle {
 
     /// A plain file: neither a pipe nor a device, which might never end.
     [[nodiscard]] bool isPlain() const;
+    /// Whether the path, or what a link there leads to, is this very file.
+    [[nodiscard]] bool isAtPath(const std::string& path) const;
     /// Of the file as it is now; 0 when it is not known.
     [[nodiscard]] std::uintmax_t size() const;
 
