@@ -59,8 +59,11 @@ class SUPPORTSDK_API DCTar {
     // --- Writing (DCTarWriting.cpp) ---
 
     /// Archives what is below the folder `path`, with names relative to it, into `target`, which is
-    /// replaced. A plain file gives an archive of nothing. Pipes, devices and dangling links are
-    /// left out.
+    /// replaced unless it is a folder, or the source itself. A plain file gives an archive of
+    /// nothing. Links are packed as what they lead to, a folder without its content; pipes,
+    /// devices, dangling links and what cannot be read are left out. A name that is not ASCII
+    /// becomes an empty one; of a path that is too long for a header the end is kept. Nothing is
+    /// left of an archive that could not be completed.
     static bool tarFileAtPath(const std::string& path, const std::string& target, ErrorSlot error);
     /// One entry of that walk: header, then the data of a file.
     static bool chunkedWriteDataFromPath(const std::string& path, const std::string& folder,
@@ -84,11 +87,14 @@ class SUPPORTSDK_API DCTar {
     /// could not be written is missing. Names that would leave the folder count as that.
     static bool untarObject(const TarObject& object, std::uintmax_t size, const std::string& target,
                             ErrorSlot error);
-    /// Fields of the header at `offset`; a zero byte, "" and 0 when they cannot be read.
+    /// Fields of the header at `offset`; a zero byte, "" and 0 when they cannot be read. So is a
+    /// name that is not ASCII, and a size that is not octal.
     static char typeForObject(const TarObject& object, std::uintmax_t offset);
     static std::string nameForObject(const TarObject& object, std::uintmax_t offset);
     static std::int64_t sizeForObject(const TarObject& object, std::uintmax_t offset);
-    /// Creates or replaces the file at `path`, wherever that is: the path is not checked.
+    /// Creates or replaces the file at `path`, wherever that is: the path is not checked. False
+    /// when not all of `length` is there: of bytes in memory nothing is written then, of a file
+    /// what it has.
     static bool writeFileDataForObject(const TarObject& object, std::uintmax_t location,
                                        std::uintmax_t length, const std::string& path);
     /// `range` of bytes in memory; `length` bytes from `location` of a file. Less at its end,

@@ -38,12 +38,13 @@ FileHandle::~FileHandle() {
     if (descriptor_ >= 0) ::close(descriptor_);
 }
 
-std::size_t FileHandle::read(std::span<std::byte> into, std::error_code& error) {
+template <typename Read>
+std::size_t FileHandle::fill(std::span<std::byte> into, std::error_code& error, const Read& read) {
     const std::lock_guard lock(mutex_);
     error.clear();
     std::size_t done = 0;
     while (done < into.size()) {
-        const auto count = ::read(descriptor_, into.data() + done, into.size() - done);
+        const auto count = read(into.subspan(done), done);
         if (count == 0) break;
         if (count > 0) {
             done += static_cast<std::size_t>(count);
@@ -53,6 +54,20 @@ std::size_t FileHandle::read(std::span<std::byte> into, std::error_code& error) 
         }
     }
     return done;
+}
+
+std::size_t FileHandle::read(std::span<std::byte> into, std::error_code& error) {
+    return fill(into, error, [this](std::span<std::byte> rest, std::size_t) {
+        return ::read(descriptor_, rest.data(), rest.size());
+    });
+}
+
+std::size_t FileHandle::readAt(std::uintmax_t place, std::span<std::byte> into,
+                               std::error_code& error) {
+    return fill(into, error, [this, place](std::span<std::byte> rest, std::size_t done) {
+        // A place beyond what the system can count becomes negative and is refused.
+        return ::pread(descriptor_, rest.data(), rest.size(), static_cast<off_t>(place + done));
+    });
 }
 
 bool FileHandle::write(std::span<const std::byte> data, std::error_code& error) {

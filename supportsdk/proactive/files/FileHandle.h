@@ -29,6 +29,8 @@ class SUPPORTSDK_API FileHandle {
 
     /// Fills `into` from the present place on; less only at the end of the file or with `error`.
     std::size_t read(std::span<std::byte> into, std::error_code& error);
+    /// The same from `place` on, counted from the beginning of the file; the present place stays.
+    std::size_t readAt(std::uintmax_t place, std::span<std::byte> into, std::error_code& error);
     /// Writes all of `data`; false, with `error`, when some of it could not be written.
     bool write(std::span<const std::byte> data, std::error_code& error);
     /// From the beginning of the file; reading and writing go on there.
@@ -47,6 +49,9 @@ class SUPPORTSDK_API FileHandle {
     [[nodiscard]] std::uintmax_t size() const;
 
  private:
+    template <typename Read>
+    std::size_t fill(std::span<std::byte> into, std::error_code& error, const Read& read);
+
     mutable std::mutex mutex_;
     int descriptor_;
 };
