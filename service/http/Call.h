@@ -24,7 +24,7 @@ struct Call {
     std::map<std::string, std::string> query;
     /// As received; names in lower case. Of several with one name, the first.
     std::map<std::string, std::string> headers;
-    /// The raw body; of a multipart form "".
+    /// The raw body; "" of a multipart form, and once it was read into `body`.
     std::string content;
     std::map<std::string, std::string> fields;
     std::map<std::string, FilePart> files;

@@ -14,7 +14,8 @@ namespace supportsdk::service {
 
 namespace {
 
-constexpr std::size_t maximumBody = 64U << 20U;
+/// A dump of 64 MiB as Base64 with its line feeds, escaped for JSON, has 88 MiB.
+constexpr std::size_t maximumBody = 96U << 20U;
 constexpr int backlog = 128;
 
 std::string lowered(std::string text) {

@@ -15,6 +15,8 @@ enum class Body {
     none,
     /// A JSON object, else 400.
     json,
+    /// The same, and it may be as large as the frontend lets through.
+    largeJson,
     /// A multipart form, else 400.
     form,
 };

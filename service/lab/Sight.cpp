@@ -50,6 +50,22 @@ Answer issue(const Desk& desk, const Call& call) {
     return results(Json::array({desk.issues.forCaller(*found, call.base)}));
 }
 
+/// Each check for itself, with what its batch has in common.
+Answer checks(const Desk& desk) {
+    Json list = Json::array();
+    for (auto batch : desk.store.list(kind::check)) {
+        const auto checks = arrayForKey(batch, "checks");
+        batch["batch"] = stringForKey(batch, "id").value_or("");
+        batch.erase("id");
+        batch.erase("checks");
+        for (auto check : checks) {
+            check.update(batch);
+            list.push_back(std::move(check));
+        }
+    }
+    return results(std::move(list));
+}
+
 Answer dump(const Desk& desk, const Call& call) {
     auto content = desk.store.bytes("dump/" + call.id);
     if (!content) return failure(404, "This dump is unknown.");
@@ -77,6 +93,9 @@ void addLabSightRoutes(Router& router, Desk& desk) {
                [&desk](Call& call) { return issue(desk, call); });
     router.add("GET", "/lab/records/*", Body::none,
                [&desk](Call& call) { return results(desk.store.list(call.id)); });
+    router.add("GET", "/lab/checks", Body::none, [&desk](Call&) { return checks(desk); });
+    router.add("GET", "/lab/dumps", Body::none,
+               [&desk](Call&) { return results(desk.store.list(kind::dump)); });
     router.add("GET", "/lab/dumps/*", Body::none, [&desk](Call& call) { return dump(desk, call); });
     router.add("POST", "/lab/settings", Body::json,
                [&desk](Call& call) { return patchSettings(desk, call); });

@@ -14,7 +14,9 @@ constexpr const char* owners[] = {"members_id", "members_users_id", "members_loc
                                   "members_devices_id"};
 
 Json record(const std::string& id, const Call& call) {
-    Json record{{"id", id}, {"received", dateTimeText(std::chrono::system_clock::now())}};
+    Json record{{"id", id},
+                {"integration", call.integrationId},
+                {"received", dateTimeText(std::chrono::system_clock::now())}};
     for (const char* key : owners) {
         if (const auto owner = stringForKey(call.body, key)) record[key] = *owner;
     }
@@ -54,12 +56,13 @@ std::optional<std::string> decodeBase64(std::string text) {
 }
 
 Answer putDump(const Desk& desk, const Call& call) {
-    const auto data = stringForKey(call.body, "file_data");
-    const auto content = data ? decodeBase64(*data) : std::nullopt;
+    auto data = stringForKey(call.body, "file_data");
+    const auto content = data ? decodeBase64(*std::move(data)) : std::nullopt;
     if (!content) return failure(400, "\"file_data\" is not Base64.");
     const auto id = std::to_string(desk.store.next("dump", 1));
     auto dump = record(id, call);
     dump["size"] = content->size();
+    dump["sha256"] = sha256Hex(*content);
     desk.store.putBytes("dump/" + id, *content);
     desk.store.put(kind::dump, id, dump);
     desk.journal.append("dump", dump);
@@ -71,7 +74,7 @@ Answer putDump(const Desk& desk, const Call& call) {
 void addDiagnosticsRoutes(Router& router, Desk& desk) {
     router.add("POST", "/sdk/v1/technology/putChecks", Body::json,
                [&desk](Call& call) { return putChecks(desk, call); });
-    router.add("POST", "/sdk/v1/technology/putDump", Body::json,
+    router.add("POST", "/sdk/v1/technology/putDump", Body::largeJson,
                [&desk](Call& call) { return putDump(desk, call); });
 }
 

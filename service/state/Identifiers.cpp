@@ -1,24 +1,38 @@
 #include "service/state/Identifiers.h"
 
 #include <openssl/rand.h>
+#include <openssl/sha.h>
 
 #include <array>
 #include <cstdio>
 #include <ctime>
+#include <span>
 #include <vector>
 
 namespace supportsdk::service {
 
-std::string randomHex(std::size_t bytes) {
+namespace {
+std::string hex(std::span<const unsigned char> bytes) {
     static constexpr char digits[] = "0123456789abcdef";
-    std::vector<unsigned char> random(bytes);
-    RAND_bytes(random.data(), static_cast<int>(bytes));
     std::string text;
-    for (const unsigned byte : random) {
+    for (const unsigned byte : bytes) {
         text += digits[byte >> 4U];
         text += digits[byte & 15U];
     }
     return text;
+}
+}  // namespace
+
+std::string randomHex(std::size_t bytes) {
+    std::vector<unsigned char> random(bytes);
+    RAND_bytes(random.data(), static_cast<int>(bytes));
+    return hex(random);
+}
+
+std::string sha256Hex(std::string_view bytes) {
+    std::array<unsigned char, SHA256_DIGEST_LENGTH> digest{};
+    SHA256(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(), digest.data());
+    return hex(digest);
 }
 
 std::string dateTimeText(Time time) {

@@ -4,19 +4,21 @@
 
 #include <cstdio>
 #include <initializer_list>
+#include <string_view>
 
 #include "supportsdk/core/Fields.h"
 
 namespace supportsdk::service {
 
-/// One prepared statement with its parameters bound, valid for one walk over its rows.
+/// One prepared statement with its parameters bound, valid for one walk over its rows. The
+/// parameters are not copied: one may be a dump.
 class Store::Statement {
  public:
-    Statement(sqlite3* database, const char* sql, std::initializer_list<std::string> parameters)
-        : parameters_(parameters) {
+    Statement(sqlite3* database, const char* sql,
+              std::initializer_list<std::string_view> parameters) {
         sqlite3_prepare_v2(database, sql, -1, &statement_, nullptr);
         int index = 0;
-        for (const auto& parameter : parameters_) {
+        for (const auto parameter : parameters) {
             sqlite3_bind_blob64(statement_, ++index, parameter.data(), parameter.size(),
                                 SQLITE_STATIC);
         }
@@ -39,7 +41,6 @@ class Store::Statement {
     }
 
  private:
-    std::vector<std::string> parameters_;
     sqlite3_stmt* statement_ = nullptr;
 };
 

@@ -92,20 +92,39 @@ TEST_F(CallsTest, CustomersAreFoundByAnyOfTheirNames) {
 }
 
 TEST_F(CallsTest, ChecksAndDumpsAreKept) {
-    const Json check{{"type", 1}, {"name", "disk"}, {"status_code", 0}};
-    EXPECT_EQ(calls_
-                  .post("/sdk/v1/technology/putChecks",
-                        Json{{"members_id", "m-100"}, {"checks", {check, check}}})
-                  .status,
-              200);
-    EXPECT_THAT(service_.await("checks")->at("checks"), SizeIs(2));
+    const auto put = [&](const char* owner, const Json& checks) {
+        return calls_
+            .post("/sdk/v1/technology/putChecks", Json{{"members_id", owner}, {"checks", checks}})
+            .status;
+    };
+    const Json disk{{"type", 1}, {"name", "disk"}, {"status_code", UINT64_MAX - 1}};
+    const Json lamp{{"type", 2}, {"name", "lamp"}, {"status_code", 0}, {"status_detail", "on"}};
+    EXPECT_EQ(put("m-100", Json::array({disk, lamp})), 200);
+    EXPECT_EQ(put("m-7", Json::array({disk})), 200);
+    EXPECT_EQ(put("m-7", Json::array({disk, Json{{"name", "no type"}}})), 400);
+    const auto kept = calls_.get("/lab/checks").body["results"];
+    ASSERT_THAT(kept, SizeIs(3));
+    for (const auto& [key, value] : lamp.items()) EXPECT_EQ(kept[1][key], value);
+    EXPECT_EQ(kept[1]["members_id"], "m-100");
+    EXPECT_EQ(kept[1]["integration"], "harbor-lobby");
+    EXPECT_EQ(kept[1]["batch"], kept[0]["batch"]);
+    EXPECT_NE(kept[1]["batch"], kept[2]["batch"]);
+    EXPECT_EQ(kept[2]["status_code"], UINT64_MAX - 1);
 
     const auto dump =
         calls_.post("/sdk/v1/technology/putDump", Json{{"file_data", "aGVs\nbG8A\n"}});
     EXPECT_EQ(dump.body["uploaded"], true);
-    const auto id = service_.await("dump")->at("id").get<std::string>();
-    EXPECT_EQ(calls_.get("/lab/dumps/" + id).content, std::string("hello\0", 6));
-    EXPECT_EQ(calls_.post("/sdk/v1/technology/putDump", Json{{"file_data", "a?=="}}).status, 400);
+    const auto list = calls_.get("/lab/dumps").body["results"];
+    ASSERT_THAT(list, SizeIs(1));
+    EXPECT_EQ(list[0]["size"], 6);
+    EXPECT_EQ(list[0]["sha256"],
+              "f3aefe62965a91903610f0e23cc8a69d5b87cea6d28e75489b0d2ca02ed7993c");
+    EXPECT_EQ(calls_.get("/lab/dumps/" + list[0].value("id", "")).content,
+              std::string("hello\0", 6));
+    for (const char* damaged : {"a?==", "abc", "====", "aGVs=", "aGVsbG8A===="})
+        EXPECT_EQ(calls_.post("/sdk/v1/technology/putDump", Json{{"file_data", damaged}}).status,
+                  400)
+            << damaged;
 }
 
 }  // namespace
