@@ -8,6 +8,7 @@
 #include "hosts/cli/HostParts.h"
 #include "hosts/cli/HostPhotoChooser.h"
 #include "hosts/cli/HostPresenter.h"
+#include "hosts/cli/ProactiveCommands.h"
 #include "hosts/cli/Reports.h"
 #include "supportsdk/launcher/SupportButton.h"
 
@@ -26,7 +27,7 @@ class Commands {
         std::function<void()> quit;
     };
 
-    explicit Commands(Parts parts) : parts_(std::move(parts)) {}
+    explicit Commands(Parts parts);
 
     /// Takes one line (nothing: one that was too long), and calls `done` when the next may come:
     /// at once, or after a wait.
@@ -72,6 +73,7 @@ class Commands {
     std::shared_ptr<ScreenAdapter> needScreen();
 
     Parts parts_;
+    ProactiveCommands proactive_;
     /// Of the command that runs.
     std::chrono::milliseconds pause_{0};
     Registration pauseTimer_;

@@ -1,3 +1,4 @@
+#include "hosts/cli/CommandFields.h"
 #include "hosts/cli/Commands.h"
 #include "supportsdk/core/Fields.h"
 
@@ -41,15 +42,9 @@ void Commands::tapLine(const Json& command) {
 }
 
 void Commands::pick(const Json& command) {
-    std::vector<std::string> files;
-    const auto* list = valueForKey(command, "files");
-    for (const auto& file : list ? *list : Json()) {
-        if (const auto* path = file.get_ptr<const std::string*>()) files.push_back(*path);
-    }
-    if (!list || !list->is_array() || files.size() != list->size()) {
-        return parts_.reports->refuse("\"files\" is no list of paths");
-    }
-    refuseUnless(parts_.chooser->pick(files), "no pictures are asked for");
+    const auto files = stringsForKey(command, "files");
+    if (!files) return parts_.reports->refuse("\"files\" is no list of paths");
+    refuseUnless(parts_.chooser->pick(*files), "no pictures are asked for");
 }
 
 void Commands::type(const Json& command) {

@@ -52,6 +52,8 @@ TEST_F(HostTest, RefusesWhatIsNoCommandAndGoesOn) {
                                     Case{R"({"do":"tapLine","id":"x"})", "missing"},
                                     Case{R"({"do":"pick","files":["a",1]})", "no list"},
                                     Case{R"({"do":"pick","files":["a"]})", "no pictures"},
+                                    Case{R"({"do":"proactive"})", "missing"},
+                                    Case{R"({"do":"flush"})", "comes first"},
                                     Case{R"({"do":"wait"})", "milliseconds"}}) {
         host.sendText(line + "\n");
         EXPECT_THAT(host.await("refused").value("why", ""), HasSubstr(why)) << line;
