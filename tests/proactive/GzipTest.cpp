@@ -245,3 +245,25 @@ TEST_F(GzipTest, TargetsThatCannotBeWritten) {
     EXPECT_TRUE(fs::is_symlink(folder.path / "chosen"));
     EXPECT_FALSE(fs::exists(folder.path / "elsewhere") || fs::exists(folder.path / "target"));
 }
+
+TEST_F(GzipTest, TellsWhyAFileWasNotRestored) {
+    folder.write("packed", gzipOf("text"));
+    folder.write("cut", gzipOf("text").substr(0, 12));
+    fs::create_directory(folder.path / "folder");
+    const std::vector<std::tuple<std::string, std::string, int>> failures = {
+        {"missing", "tar file not found", -2},
+        {"cut", "gzip failed to decompress the file", -3},
+        {"folder", "gzip failed to decompress the file", -3}};
+    for (const auto& [source, detail, code] : failures) {
+        std::optional<SupportError> error;
+        EXPECT_FALSE(DCTar::gzipDecompress(folder.path / source, folder.path / "back", &error));
+        ASSERT_TRUE(error) << source;
+        EXPECT_EQ(std::tie(error->domain, error->localizedDescription, error->code),
+                  std::tuple("Skepuk", detail, code));
+        EXPECT_FALSE(DCTar::gzipDecompress(folder.path / source, folder.path / "back", nullptr));
+    }
+    std::optional<SupportError> error;
+    EXPECT_TRUE(DCTar::gzipDecompress(folder.path / "packed", folder.path / "back", &error));
+    EXPECT_FALSE(error);
+    EXPECT_EQ(folder.read("back"), "text");
+}
