@@ -94,6 +94,14 @@ bool FileHandle::seek(std::uintmax_t place, std::error_code& error) {
     return false;
 }
 
+bool FileHandle::sync(std::error_code& error) {
+    const std::lock_guard lock(mutex_);
+    error.clear();
+    if (::fsync(descriptor_) == 0) return true;
+    error = latestError();
+    return false;
+}
+
 bool FileHandle::close(std::error_code& error) {
     const std::lock_guard lock(mutex_);
     error.clear();

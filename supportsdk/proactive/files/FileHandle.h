@@ -35,6 +35,8 @@ class SUPPORTSDK_API FileHandle {
     bool write(std::span<const std::byte> data, std::error_code& error);
     /// From the beginning of the file; reading and writing go on there.
     bool seek(std::uintmax_t place, std::error_code& error);
+    /// Returns once what was written would outlast a loss of power.
+    bool sync(std::error_code& error);
     /// What a write may have left to be done can fail here. Later operations fail.
     bool close(std::error_code& error);
 

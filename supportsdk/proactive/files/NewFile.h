@@ -1,0 +1,47 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <system_error>
+
+#include "supportsdk/proactive/files/Descriptor.h"
+#include "supportsdk/proactive/files/FileHandle.h"
+#include "supportsdk/proactive/files/FileIdentity.h"
+
+namespace supportsdk {
+
+/// A file that appears under its name once it is complete. Until then it grows beside it, under
+/// the same name and ".part", and goes with this object. One thread at a time.
+class NewFile {
+ public:
+    /// What a process that was killed has left under that second name is replaced. Null with
+    /// `error`: the system's, std::errc::device_or_resource_busy while somebody else is at the same
+    /// file, std::errc::is_a_directory, and std::errc::file_exists when what is in the way is no
+    /// plain file.
+    static std::unique_ptr<NewFile> create(const std::string& path, std::error_code& error);
+    ~NewFile();
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+
+    [[nodiscard]] FileHandle& handle() { return *handle_; }
+    /// Whether that is the growing file, or the one in whose place it will come.
+    [[nodiscard]] bool is(const FileIdentity& file) const;
+    /// Once all is on the disk the file takes its name, in place of what has that.
+    bool commit(std::error_code& error);
+
+ private:
+    NewFile(Descriptor folder, std::string name) : folder_(std::move(folder)), name_(name) {}
+    [[nodiscard]] std::string partName() const { return name_ + ".part"; }
+    [[nodiscard]] bool isOurs(int descriptor) const;
+    bool open(std::error_code& error);
+    Descriptor create();
+    bool removeLeftover();
+
+    const Descriptor folder_;
+    const std::string name_;
+    std::unique_ptr<FileHandle> handle_;
+    FileIdentity identity_;
+    FileIdentity former_;
+};
+
+}  // namespace supportsdk
