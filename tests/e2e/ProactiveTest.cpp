@@ -176,7 +176,8 @@ TEST_F(Diagnostics, WhatTheServiceFailsToTakeIsLostAndTheRestGoesOn) {
         strike(fault, kChecks);
         check("lost");
         EXPECT_EQ(flush(), 0U);
-        received("answered", {{"path", std::string("/sdk/v1") + kChecks}});
+        for (const char* event : {"request", "answered"})
+            received(event, {{"path", std::string("/sdk/v1") + kChecks}});
     }
     // The first file fails in a way of which nobody is told: the second must not wait for it.
     for (const char* fault : {"garbage", "status", "drop"}) {
