@@ -3,6 +3,7 @@
 
 demo.py BUILD_DIR                  plays both sides and prints what they see
 demo.py BUILD_DIR --interactive    the person is you; a line that begins with "/" is a command
+demo.py BUILD_DIR --proactive      no person: an application reports its own checks and its logs
 """
 
 import argparse
@@ -15,6 +16,7 @@ import tempfile
 import demo_after
 import demo_chat
 import demo_live
+import demo_proactive
 from demo_person import Person
 from demo_programs import DEADLINE, Failure, Lab, Program
 
@@ -41,7 +43,22 @@ def open_chat(person, ready, shows_look):
     return stored["supportSDKCurrentIssueId"]
 
 
-def play(build, interactive):
+def meet(start, build, folder, ready, interactive):
+    """A person, and the technician."""
+    start(build / "service/support-technician", "--lab", ready["lab"])
+    person = Person(start(build / "hosts/cli/support-host", "--data", folder / "host", "--ca", ready["caFile"]),
+                    draws_all=interactive)
+    issue = open_chat(person, ready, not interactive)
+    if interactive:
+        demo_live.play(person)
+        return
+    lab = Lab(ready["lab"])
+    demo_chat.converse(person, lab, issue, build / "resources")
+    demo_after.go_on(person, lab, issue)
+    print("\n  Play the person yourself: ./run --interactive")
+
+
+def play(build, how):
     folder = pathlib.Path(tempfile.mkdtemp(prefix="supportsdk-demo-"))
     programs = []
 
@@ -52,17 +69,10 @@ def play(build, interactive):
     try:
         with open(folder / "log", "w", encoding="utf-8") as log:
             ready = start(build / "service/support-service", "--data", folder / "service").next(DEADLINE)
-            start(build / "service/support-technician", "--lab", ready["lab"])
-            person = Person(start(build / "hosts/cli/support-host", "--data", folder / "host",
-                                  "--ca", ready["caFile"]), draws_all=interactive)
-            issue = open_chat(person, ready, not interactive)
-            if interactive:
-                demo_live.play(person)
+            if how.proactive:
+                demo_proactive.play(start, build, folder, ready, Lab(ready["lab"]))
             else:
-                lab = Lab(ready["lab"])
-                demo_chat.converse(person, lab, issue, build / "resources")
-                demo_after.go_on(person, lab, issue)
-                print("\n  Play the person yourself: ./run --interactive")
+                meet(start, build, folder, ready, how.interactive)
     except Failure:
         print((folder / "log").read_text(encoding="utf-8", errors="replace")[-4000:], file=sys.stderr)
         raise
@@ -75,13 +85,15 @@ def play(build, interactive):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
     parser.add_argument("build", type=pathlib.Path)
-    parser.add_argument("--interactive", action="store_true")
+    ways = parser.add_mutually_exclusive_group()
+    ways.add_argument("--interactive", action="store_true")
+    ways.add_argument("--proactive", action="store_true")
     arguments = parser.parse_args()
     # Stars and pictures, on a terminal that cannot write them.
     sys.stdout.reconfigure(errors="replace")
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
     try:
-        play(arguments.build, arguments.interactive)
+        play(arguments.build, arguments)
     except Failure as failure:
         print(f"demo: {failure}", file=sys.stderr)
         return 1

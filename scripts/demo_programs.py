@@ -73,20 +73,25 @@ class Lab:
         self.address = address
 
     def get(self, path):
-        return self._ask(urllib.request.Request(self.address + path))
+        return json.loads(self.download(path))
 
     def post(self, path, **body):
-        return self._ask(urllib.request.Request(self.address + path, json.dumps(body).encode()))
+        return json.loads(self._ask(urllib.request.Request(self.address + path, json.dumps(body).encode())))
+
+    def download(self, path):
+        """The bytes of the answer."""
+        return self._ask(urllib.request.Request(self.address + path))
 
     def await_change(self, issue, change):
         """The number of the event that changed the case so."""
-        return self._await(f"kind=issue&issue_id={issue}&change={change}", f"the case {change}")
+        return self.await_event(f"kind=issue&issue_id={issue}&change={change}", f"the case {change}")
 
     def await_answered(self, path, after):
         """Until the kit has asked there since that event."""
-        return self._await(f"kind=answered&path={path}&after={after}", f"a request to {path}")
+        return self.await_event(f"kind=answered&path={path}&after={after}", f"a request to {path}")
 
-    def _await(self, query, what):
+    def await_event(self, query, what):
+        """The number of the latest event that fits."""
         events = self.get(f"/events?{query}&wait=5000")["results"]
         if not events:
             raise Failure(f"the service never saw {what}")
@@ -96,6 +101,6 @@ class Lab:
     def _ask(request):
         try:
             with urllib.request.urlopen(request, timeout=DEADLINE) as answer:
-                return json.load(answer)
+                return answer.read()
         except OSError as error:
             raise Failure(f"{request.full_url}: {error}") from None

@@ -13,7 +13,9 @@ constexpr std::int64_t longestWait = 600'000;
 }  // namespace
 
 Commands::Commands(Parts parts)
-    : parts_(std::move(parts)), proactive_(parts_.platform, parts_.reports) {}
+    : parts_(std::move(parts)),
+      proactive_(parts_.platform, parts_.reports),
+      dumps_(parts_.platform->mainQueue, parts_.reports) {}
 
 Commands::Handler Commands::handlerOf(const std::string& name) {
     static const std::map<std::string, Handler> handlers = {
@@ -64,7 +66,8 @@ void Commands::run(const std::optional<std::string>& line) {
     const auto name = stringForKey(*command, "do");
     if (!name) return parts_.reports->refuse("\"do\" is missing");
     if (const auto handler = handlerOf(*name)) return (this->*handler)(*command);
-    refuseUnless(proactive_.take(*name, *command), "this host cannot do \"" + *name + "\"");
+    refuseUnless(proactive_.take(*name, *command) || dumps_.take(*name, *command),
+                 "this host cannot do \"" + *name + "\"");
 }
 
 void Commands::wait(const Json& command) {

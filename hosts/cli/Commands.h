@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "hosts/cli/DumpCommands.h"
 #include "hosts/cli/HostParts.h"
 #include "hosts/cli/HostPhotoChooser.h"
 #include "hosts/cli/HostPresenter.h"
@@ -74,6 +75,7 @@ class Commands {
 
     Parts parts_;
     ProactiveCommands proactive_;
+    DumpCommands dumps_;
     /// Of the command that runs.
     std::chrono::milliseconds pause_{0};
     Registration pauseTimer_;

@@ -1,6 +1,7 @@
 #include "hosts/cli/PacedReport.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace supportsdk::host {
 
@@ -22,12 +23,18 @@ void PacedReport::ask() {
     });
 }
 
+void PacedReport::finish() {
+    if (!std::exchange(isWaiting_, false)) return;
+    timer_ = {};
+    run();
+}
+
 void PacedReport::run() {
     const auto begin = now_();
     report_();
     const auto end = now_();
-    notBefore_ = end + std::min<std::chrono::steady_clock::duration>((end - begin) * pauseToReport,
-                                                                     longestPause);
+    notBefore_ = end + std::clamp<std::chrono::steady_clock::duration>(
+                           (end - begin) * pauseToReport, shortestPause_, longestPause);
 }
 
 }  // namespace supportsdk::host

@@ -167,7 +167,7 @@ TEST(PacedReport, ReportsAtOnceAndThenAsOftenAsItPays) {
     const auto queue = std::make_shared<test::FakeMainQueue>();
     int reports = 0;
     PacedReport paced(
-        queue, [&] { ++reports, now += 10ms; }, [&] { return now; });
+        queue, [&] { ++reports, now += 10ms; }, 0ms, [&] { return now; });
     paced.ask();
     EXPECT_EQ(reports, 1);
     for (int change = 0; change < 100; ++change) paced.ask();
@@ -179,6 +179,24 @@ TEST(PacedReport, ReportsAtOnceAndThenAsOftenAsItPays) {
     now += 40ms;
     paced.ask();
     EXPECT_EQ(reports, 3);
+}
+
+TEST(PacedReport, KeepsAPauseAfterQuickReportsTooAndHoldsTheLastNoLongerThanItMay) {
+    std::chrono::steady_clock::time_point now;
+    const auto queue = std::make_shared<test::FakeMainQueue>();
+    int reports = 0;
+    PacedReport paced(
+        queue, [&] { ++reports; }, 250ms, [&] { return now; });
+    paced.finish();
+    EXPECT_EQ(reports, 0);
+    paced.ask();
+    paced.ask();
+    queue->advance(249ms);
+    EXPECT_EQ(reports, 1);
+    paced.finish();
+    EXPECT_EQ(reports, 2);
+    queue->advance(1s);
+    EXPECT_EQ(reports, 2) << "it does not come twice";
 }
 
 }  // namespace

@@ -54,6 +54,9 @@ TEST_F(HostTest, RefusesWhatIsNoCommandAndGoesOn) {
                                     Case{R"({"do":"pick","files":["a"]})", "no pictures"},
                                     Case{R"({"do":"proactive"})", "missing"},
                                     Case{R"({"do":"flush"})", "comes first"},
+                                    Case{R"({"do":"pack","sources":[],"target":"x"})", "no list"},
+                                    Case{R"({"do":"unpack","archive":"x"})", "no path"},
+                                    Case{R"({"do":"cancel"})", "nothing is being"},
                                     Case{R"({"do":"wait"})", "milliseconds"}}) {
         host.sendText(line + "\n");
         EXPECT_THAT(host.await("refused").value("why", ""), HasSubstr(why)) << line;

@@ -42,6 +42,17 @@ std::vector<std::string> namesOf(const Json& checks) {
     return names;
 }
 
+/// Every file below a folder with what it holds.
+std::map<std::string, std::string> contentOf(const fs::path& folder) {
+    std::map<std::string, std::string> content;
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+        if (!entry.is_regular_file()) continue;
+        std::ifstream in(entry.path(), std::ios::binary);
+        content[fs::relative(entry.path(), folder)] = {std::istreambuf_iterator<char>(in), {}};
+    }
+    return content;
+}
+
 class Diagnostics : public FaultRoad {
  protected:
     static constexpr std::chrono::seconds soon{2};
@@ -236,6 +247,56 @@ TEST_F(Diagnostics, ALargeDumpKeepsNeitherTheApplicationNorItsEnd) {
     host->send({{"do", "quit"}});
     host->await("flushed");
     EXPECT_EQ(host->waitForEnd(soon), 0);
+}
+
+TEST_F(Diagnostics, DumpsArePackedAndUnpacked) {
+    folder.write("logs/app.log", randomText(700'001));
+    folder.write("logs/empty.log", "");
+    folder.write("logs/" + std::string(120, 'd') + "/" + std::string(120, 'f'), "deep");
+    folder.write("state.json", "{}");
+    const auto archive = folder.path / "dump.tar.gz";
+    host->send({{"do", "pack"},
+                {"sources", {folder.path / "logs", folder.path / "state.json", "/dev/null"}},
+                {"target", archive}});
+    const auto packed = host->await("packed");
+    EXPECT_EQ(packed["end"], "done") << packed;
+    EXPECT_EQ(packed["files"], 4);
+    EXPECT_THAT(packed["skipped"], ElementsAre(HasSubstr("null")));
+    EXPECT_EQ(host->seen[host->seen.size() - 2].value("total", 0), 700'007)
+        << "the last progress comes before the end";
+
+    host->send({{"do", "unpack"}, {"archive", archive}, {"target", folder.path / "out"}});
+    EXPECT_EQ(host->await("unpacked")["end"], "done");
+    EXPECT_EQ(contentOf(folder.path / "out/logs"), contentOf(folder.path / "logs"));
+    EXPECT_TRUE(fs::exists(folder.path / "out/state.json"));
+
+    host->send({{"do", "unpack"},
+                {"archive", folder.write("damaged", "\x1f\x8b no archive")},
+                {"target", folder.path / "out"}});
+    const auto damaged = host->await("unpacked");
+    EXPECT_EQ(damaged["end"], "failed");
+    EXPECT_NE(damaged.value("message", ""), "");
+}
+
+TEST_F(Diagnostics, PackingIsCancelledByOrderAndByTheEnd) {
+    const auto huge = folder.write("huge", "");
+    fs::resize_file(huge, std::uintmax_t{8} << 30U);
+    fs::create_directory(folder.path / "target");
+    const Json pack{
+        {"do", "pack"}, {"sources", {huge}}, {"target", folder.path / "target/dump.tar.gz"}};
+    host->send(pack);
+    host->await("packing");
+    host->send(pack);
+    EXPECT_THAT(host->await("refused").value("why", ""), HasSubstr("being packed"));
+    host->send({{"do", "cancel"}});
+    EXPECT_EQ(host->await("packed")["end"], "cancelled");
+    EXPECT_TRUE(fs::is_empty(folder.path / "target"));
+
+    host->send(pack);
+    host->await("packing");
+    host->send({{"do", "quit"}});
+    EXPECT_EQ(host->waitForEnd(soon), 0);
+    EXPECT_TRUE(fs::is_empty(folder.path / "target"));
 }
 
 }  // namespace
