@@ -8,9 +8,13 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 fail() { echo "FAILED: $*" >&2; exit 1; }
 
-# The README shows the code that is compiled here, line by line.
-awk '/^```cpp$/ {inside = 1; next} /^```$/ {if (inside) exit} inside' "$source/README.md" |
-    diff - "$source/tests/package/consumer/main.cpp" || fail "the README shows another program"
+# Pages show the code that is compiled here, line by line.
+shows() {
+    awk '/^```cpp$/ {inside = 1; next} /^```$/ {if (inside) exit} inside' "$source/$1" |
+        diff - "$source/tests/package/consumer/$2" || fail "$1 shows another program"
+}
+shows README.md main.cpp
+shows docs/diagnostics.md diagnostics.cpp
 
 cmake --install "$build" --component SupportSDK --prefix "$work/first" >/dev/null
 # What is installed can be moved: nothing of the first place is needed any more.
@@ -27,6 +31,7 @@ nice -n 5 cmake --build "$work/build" -j2 >"$work/log" || { cat "$work/log" >&2;
 export HOME=$work/home XDG_DATA_HOME=$work/data
 "$work/build/quiet" || fail "the kit is felt before it is used"
 timeout 30 "$work/build/app" || fail "the host application failed"
+timeout 30 "$work/build/diagnostics" || fail "the host that reports checks failed"
 # The whole of it, programs included, runs from where it was put.
 cmake --install "$build" --prefix "$work/whole" >/dev/null
 timeout 30 "$work/whole/bin/support-host" --data "$work/host" </dev/null >/dev/null || fail "support-host does not start"

@@ -1,0 +1,205 @@
+#include "supportsdk/proactive/SupportSDKProactive.h"
+
+#include "supportsdk/core/Fields.h"
+#include "supportsdk/proactive/DumpUpload.h"
+#include "tests/core/SupportFixture.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace supportsdk::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::IsEmpty;
+using testing::ThrowsMessage;
+
+class ProactiveTest : public SupportTest {
+ protected:
+    ProactiveTest() {
+        fakes.mainBundle->files = {{"support.json", acme.dump()}, {"list.json", "[{}]"}};
+        proactive = SupportSDKProactive::create("support", std::nullopt, fakes.platform);
+    }
+
+    void settingsArrive(bool isEnabled = true) {
+        fakes.http->answerTo("/app/get", 200, {{"supportProactiveEnabled", isEnabled}});
+        fakes.http->sent.clear();
+        fakes.log->lines.clear();
+    }
+    void queue(const std::vector<std::string>& names) {
+        for (const auto& name : names) proactive->putAppHealthCheck(name, 1, std::nullopt);
+    }
+    std::shared_ptr<FileHandle> file(const std::string& content) {
+        return FileHandle::forReadingAtPath(folder.write(std::to_string(++files), content));
+    }
+
+    /// The names of the checks of each request, the data of each dump.
+    std::vector<std::string> sent() const {
+        std::vector<std::string> requests;
+        for (const auto& [request, completion] : fakes.http->sent) {
+            const auto body = parseJson(toText(request.body)).value_or(Json());
+            std::string text = stringForKey(body, "file_data").value_or("");
+            for (const auto& check : arrayForKey(body, "checks"))
+                text += stringForKey(check, "name").value_or("?") + ";";
+            requests.push_back(text);
+        }
+        return requests;
+    }
+    std::vector<std::string> logged() const {
+        auto lines = fakes.log->lines;
+        std::erase_if(lines, [](const auto& line) { return line.ends_with(" seconds"); });
+        return lines;
+    }
+
+    TemporaryFolder folder;
+    int files = 0;
+    std::shared_ptr<SupportSDKProactive> proactive;
+};
+
+TEST_F(ProactiveTest, ABatchWaitsForTheSettingsAndTurnsRoundEachTime) {
+    queue({"A", "B", "C"});
+    proactive->putCheck(proactive->stack.contents()[0]);
+    EXPECT_EQ(proactive->flushChecks(), 0);
+    EXPECT_EQ(proactive->stack.size(), 4U);
+    proactive->checkQueueFlushHandler();
+    queue({"D"});
+    std::string waiting;
+    for (const auto& check : proactive->stack.contents()) waiting += check->name;
+    EXPECT_EQ(waiting, "ACBD") << "what was pushed twice went once";
+    EXPECT_THAT(logged(), IsEmpty());
+    settingsArrive();
+    proactive->checkQueueFlushHandler();
+    EXPECT_THAT(sent(), ElementsAre("D;B;C;A;"));
+    proactive->checkQueueFlushHandler();
+    EXPECT_THAT(sent(), testing::SizeIs(1));
+    EXPECT_THAT(logged(), IsEmpty()) << "an empty queue is no news";
+}
+
+TEST_F(ProactiveTest, TheRequestNamesWhomItIsFor) {
+    settingsArrive();
+    proactive->sdk->identity = {IdentityValue("1"), {}, IdentityValue(&Json::object()["null"]), {}};
+    proactive->putCheck(std::make_shared<CheckAppCloud>("reach", 7, "slow"), false);
+    const auto& request = fakes.http->request(0);
+    EXPECT_EQ(request.method + " " + request.url,
+              "POST https://api.now.example/sdk/v1/technology/putChecks");
+    const Json check = {
+        {"type", 3}, {"name", "reach"}, {"status_code", 7}, {"status_detail", "slow"}};
+    EXPECT_EQ(parseJson(toText(request.body)), Json({{"members_id", "1"},
+                                                     {"members_locations_id", nullptr},
+                                                     {"checks", Json::array({check})}}));
+}
+
+TEST_F(ProactiveTest, WhatIsNotSentIsLogged) {
+    const auto unknown = std::make_shared<Check>(CheckType::unknown, "x", 2, "y");
+    proactive->putCheck(unknown, true);
+    proactive->putCheck(unknown, false);
+    proactive->postChecksToCloud({});
+    proactive->putCheck(nullptr);
+    proactive->putCheck(std::make_shared<CheckAppHealth>("early", 1, ""), false);
+    EXPECT_EQ(proactive->stack.size(), 1U) << "the foreground waits for settings, too";
+    const std::string skipped =
+        "skipping unknown check of type unknown (Check@hashcode{name=x, type=-1, code=2, desc=y})";
+    EXPECT_THAT(logged(),
+                ElementsAre(skipped, skipped, "list of checks to POST is empty, aborting"));
+    settingsArrive(false);
+    proactive->checkQueueFlushHandler();
+    EXPECT_THAT(logged(), ElementsAre("proactive feature disabled - ignoring checks"));
+    EXPECT_EQ(proactive->stack.size() + fakes.http->sent.size(), 0U);
+}
+
+TEST_F(ProactiveTest, TheQueueKeepsItsLimitAndSaysSoOnceAFlush) {
+    const auto overflow = [this] {
+        for (std::size_t count = 0; count < SupportSDKProactive::maximumQueuedChecks; ++count)
+            queue({"later"});
+    };
+    queue({"1", "2"});
+    overflow();
+    EXPECT_EQ(proactive->stack.contents().front()->name, "later");
+    EXPECT_THAT(logged(), testing::SizeIs(1));
+    proactive->checkQueueFlushHandler();
+    EXPECT_EQ(proactive->stack.size(), SupportSDKProactive::maximumQueuedChecks);
+    queue({"3", "4"});
+    EXPECT_THAT(logged(), testing::SizeIs(2));
+    EXPECT_EQ(proactive->stack.size(), SupportSDKProactive::maximumQueuedChecks);
+}
+
+TEST_F(ProactiveTest, DumpsFollowTheirCheckOneAtATimeWhateverBecomesOfThem) {
+    settingsArrive();
+    proactive->putAppDumpCheckWithFile(nullptr, 1, std::nullopt);
+    proactive->putAppDumpCheckWithFiles({file("M"), file("MM"), file("MMM"), file("MMMM")}, 1, "");
+    ASSERT_EQ(mkfifo((folder.path / "pipe").c_str(), 0600), 0);
+    proactive->putAppDumpCheckWithFile(FileHandle::forReadingAtPath(folder.path / "pipe"), 1, "");
+    proactive->checkQueueFlushHandler();
+    fakes.queue->drain();
+    // The one in last place came first: it cannot be read.
+    EXPECT_THAT(sent(), ElementsAre("APP DUMP;APP DUMP;APP DUMP;", "TQ=="));
+    EXPECT_THAT(fakes.http->request(1).url, EndsWith("/sdk/v1/technology/putDump"));
+
+    fakes.http->answer(1, 200, {{"uploaded", true}, {"message", "M"}, {"payload", {{"id", 7}}}});
+    fakes.queue->drain();
+    fakes.http->answer(2, 200, {{"uploaded", true}, {"message", nullptr}});
+    fakes.queue->drain();
+    fakes.http->answerRaw(3, {200, {}, toBytes("no JSON"), ""});
+    fakes.queue->drain();
+    EXPECT_THAT(sent(), ElementsAre(testing::_, "TQ==", "TU0=", "TU1N", "TU1NTQ=="));
+    fakes.http->answerRaw(4, {0, {}, {}, "No route"});
+    proactive->uploadFile(file("last"));
+    fakes.queue->drain();
+    fakes.http->answer(5, 200, {{"uploaded", false}});
+    EXPECT_THAT(logged(), ElementsAre("The file is not a plain file. file upload failed",
+                                      R"(M file upload succeeded {"id":7})",
+                                      "<null> file upload succeeded (null)",
+                                      "No route file upload failed", "(null) file upload failed"));
+}
+
+TEST_F(ProactiveTest, WithoutAFileThereIsNothingToUploadOrCompress) {
+    EXPECT_THAT([&] { proactive->uploadFile(nullptr); },
+                ThrowsMessage<std::logic_error>("file empty/undefined, unable to upload"));
+    EXPECT_THAT(logged(), ElementsAre("unexpected error uploading file"));
+    EXPECT_THAT([] { SupportSDKProactive::compressFiles({}); },
+                ThrowsMessage<std::logic_error>(
+                    "support bundle folder doesn't exist, unable to upload support assets"));
+    EXPECT_EQ(SupportSDKProactive::compressFiles({file("")}), std::nullopt);
+    EXPECT_EQ(SupportSDKProactive::buildTempFolderPath(), std::nullopt);
+}
+
+TEST_F(ProactiveTest, AConfigurationThatComesLaterTakesOver) {
+    for (const auto* nothing : {"missing", "list"}) {
+        proactive = SupportSDKProactive::create(nothing, Json{{"a", "b"}}, fakes.platform);
+        EXPECT_EQ(proactive->sdk, nullptr);
+        queue({"early"});
+        proactive->checkQueueFlushHandler();
+        proactive->uploadFile(file("M"));
+        proactive->getCustomerWithInformation(Json{{"a", "b"}});
+        EXPECT_FALSE(proactive->loadConfigurationFile(nothing));
+    }
+    fakes.http->sent.clear();
+    EXPECT_TRUE(proactive->loadConfigurationFile("support"));
+    const auto former = proactive->sdk;
+    EXPECT_TRUE(proactive->loadConfigurationFile("support"));
+    EXPECT_TRUE(former->isRetired());
+    fakes.http->answer(0, 200, {{"supportProactiveEnabled", true}});
+    fakes.queue->drain();
+    EXPECT_THAT(sent(), ElementsAre("", "", "TQ==")) << "former settings are no news";
+    settingsArrive();
+    EXPECT_EQ(fakes.http->sent.size(), 0U);
+    proactive->checkQueueFlushHandler();
+    EXPECT_THAT(sent(), ElementsAre("early;"));
+    EXPECT_FALSE(SupportSDKProactive::jsonFromData("7") || SupportSDKProactive::jsonFromData("{"));
+    EXPECT_EQ(SupportSDKProactive::jsonFromData("[]"), Json::array());
+}
+
+TEST_F(ProactiveTest, NobodyIsToldOnceItIsGone) {
+    settingsArrive();
+    proactive->uploadFile(file("M"));
+    proactive->uploadFile(file("MM"));
+    fakes.queue->drain();
+    proactive->uploadFile(file("MMM"));
+    proactive.reset();
+    fakes.http->answer(0, 200, {{"uploaded", true}});
+    fakes.queue->drain();
+    EXPECT_THAT(sent(), ElementsAre("TQ=="));
+    EXPECT_THAT(logged(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace supportsdk::test
