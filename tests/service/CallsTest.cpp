@@ -1,7 +1,6 @@
 #include "tests/service/ServiceCalls.h"
 
 namespace supportsdk::test {
-
 namespace {
 
 using testing::SizeIs;
@@ -9,7 +8,7 @@ using testing::SizeIs;
 class CallsTest : public testing::Test {
  protected:
     ServiceProcess& service_ = sharedService();
-    ServiceCalls calls_{service_.configuration("harbor-lobby", false)};
+    ServiceCalls calls_{service_};
 };
 
 TEST_F(CallsTest, EveryCredentialIsNeededAndOpensItsOwnIntegrationOnly) {
@@ -17,23 +16,13 @@ TEST_F(CallsTest, EveryCredentialIsNeededAndOpensItsOwnIntegrationOnly) {
     for (const char* header : {"X-Quorrand-Integration", "X-Quorrand-Key", "X-Quorrand-Token"}) {
         calls_.headers = right;
         calls_.headers.erase(header);
-        const auto missing = calls_.get("/sdk/v1/app/get");
-        EXPECT_EQ(missing.status, 401) << header;
-        EXPECT_TRUE(missing.body.contains("message")) << header;
-        EXPECT_EQ(missing.headers.count("X-Quorrand-DownloadSessionToken"), 0U);
-
+        EXPECT_EQ(calls_.get("/sdk/v1/app/get").status, 401) << header;
         calls_.headers.emplace(header, "wrong");
         EXPECT_EQ(calls_.get("/sdk/v1/nothing/here").status, 401) << header;
     }
-    calls_.headers = right;
-    const auto settings = calls_.get("/sdk/v1/app/get");
-    EXPECT_EQ(settings.status, 200);
-    EXPECT_EQ(settings.headers.count("X-Quorrand-DownloadSessionToken"), 1U);
-
-    ServiceCalls other(service_.configuration("meadow-retail", false));
+    ServiceCalls other(service_, "meadow-retail");
     EXPECT_EQ(other.get("/sdk/v1/issues/4001").status, 404);
     EXPECT_EQ(other.get("/sdk/v1/kb/get?id=kb-3").status, 404);
-    EXPECT_EQ(calls_.get("/sdk/v1/issues/4001").status, 200);
 }
 
 TEST_F(CallsTest, MalformedBodiesAreRefusedAndTheServiceStays) {
@@ -55,39 +44,23 @@ TEST_F(CallsTest, MalformedBodiesAreRefusedAndTheServiceStays) {
             EXPECT_TRUE(reply.body.is_object() && reply.body.contains("message")) << path;
         }
     }
-    EXPECT_EQ(calls_.get("/sdk/v1/app/get").status, 200);
-}
-
-TEST_F(CallsTest, WhatIsUnknownIsNotFound) {
-    for (const char* path :
-         {"/sdk/v1/issues/9", "/sdk/v1/forms/get/?id=9", "/sdk/v1/kb/get?id=9", "/sdk/v1/none",
-          "/sdk/v1/customers/getCallbackNumber/9", "/files/9", "/sdk/v1/issues/%00%2F..", "/"}) {
+    for (const char* path : {"/sdk/v1/issues/9", "/sdk/v1/kb/get?id=9", "/sdk/v1/none", "/files/9",
+                             "/sdk/v1/issues/%00%2F..", "/sdk/v1/issues/create", "/"}) {
         EXPECT_EQ(calls_.get(path).status, 404) << path;
     }
-    const Json user{{"members_users_id", "u-101"}};
-    EXPECT_EQ(calls_.post("/sdk/v1/chat/get/9", user).status, 404);
-    EXPECT_EQ(calls_.post("/sdk/v1/issues/resolve/9", Json::object()).status, 404);
-    EXPECT_EQ(calls_
-                  .post("/sdk/v1/customers/resolve",
-                        Json{{"ids", {{"members_users_email", "nobody@example.com"}}}})
-                  .status,
-              404);
-    EXPECT_EQ(calls_.get("/sdk/v1/issues/create").status, 404);
     EXPECT_EQ(calls_.get("/sdk/v1/issues/resolve/4001").status, 405);
 }
 
 TEST_F(CallsTest, CustomersAreFoundByAnyOfTheirNames) {
-    for (const auto& [key, value] :
-         std::map<std::string, std::string>{{"members_users_email", "jo@harbor-hotel.example"},
-                                            {"members_users_external_id", "jo-linden"},
-                                            {"members_locations_id", "l-110"},
-                                            {"members_external_id", "harbor-hotel"}}) {
-        const auto found =
-            calls_.post("/sdk/v1/customers/resolve", Json{{"ids", {{key, value}}}}).body;
-        EXPECT_EQ(found["members_id"], "m-100") << key;
-        EXPECT_EQ(found["members_users_id"], "u-101") << key;
-        EXPECT_EQ(found["members_locations_id"], "l-110") << key;
-        EXPECT_EQ(found["members_devices_id"], "d-120") << key;
+    const auto resolve = [&](const Json& ids) {
+        return calls_.post("/sdk/v1/customers/resolve", Json{{"ids", ids}});
+    };
+    EXPECT_EQ(resolve({{"members_users_email", "nobody@example.com"}}).status, 404);
+    for (const Json& ids :
+         {Json{{"members_users_external_id", "jo-linden"}}, Json{{"members_locations_id", "l-110"}},
+          Json{{"members_external_id", "harbor-hotel"}}}) {
+        EXPECT_EQ(resolve(ids).body["members_users_id"], "u-101") << ids;
+        EXPECT_EQ(resolve(ids).body["members_devices_id"], "d-120") << ids;
     }
 }
 
@@ -127,6 +100,61 @@ TEST_F(CallsTest, ChecksAndDumpsAreKept) {
             << damaged;
 }
 
-}  // namespace
+class ChatTest : public testing::Test {
+ protected:
+    std::string text(const char* key) const { return issue_.at(key).get<std::string>(); }
+    Json stored() { return calls_.get("/sdk/v1/issues/" + text("id")).body["results"][0]; }
+    Reply chat(const std::string& what, Json body = Json::object()) {
+        body["members_users_id"] = "u-101";
+        return calls_.post("/sdk/v1/chat/" + what + "/" + text("comm_id"), body);
+    }
 
+    ServiceProcess& service_ = sharedService();
+    ServiceCalls calls_{service_};
+    Json issue_ = calls_.createIssue();
+};
+
+TEST_F(ChatTest, AnIssueLivesFromCreatedToRated) {
+    EXPECT_EQ(stored()["status"], 1);
+    EXPECT_EQ(chat("enter").status, 200);
+    EXPECT_EQ(stored()["status"], 2);
+    ASSERT_TRUE(service_.say(text("id"), "Hello"));
+    EXPECT_EQ(stored()["status"], 3);
+    calls_.post("/sdk/v1/issues/resolve/" + text("id"), Json{{"resolution", 1}});
+    const auto cancelled = calls_.post("/sdk/v1/issues/cancel/" + text("id"), Json::object());
+    EXPECT_EQ(cancelled.body["success"], false);
+    EXPECT_EQ(stored()["status"], 7);
+
+    const auto rate = "/sdk/v1/issues/rate/" + text("id");
+    EXPECT_EQ(calls_.post(rate, Json{{"tech_rating", 6}}).status, 400);
+    EXPECT_THAT(calls_.post(rate, Json::object()).body["results"], testing::SizeIs(1));
+    EXPECT_EQ(stored()["isRated"], false);
+    EXPECT_EQ(chat("exit", {{"duration_start", 0}, {"duration_add", 0}}).status, 200);
+}
+
+TEST_F(ChatTest, WhatIsSaidInTheRoomBecomesTheTranscript) {
+    ASSERT_TRUE(service_.say(text("id"), "unseen", {{"kind", "data"}}));
+    ASSERT_TRUE(service_.say(text("id"), "Is the <light> green & bright?\nOr not?"));
+    ASSERT_TRUE(
+        service_.say(text("id"), "Pick one", {{"kind", "extended"}, {"from", "partners_users:8"}}));
+    ASSERT_TRUE(service_.await("line", {{"issue_id", text("id")}, {"from", "partners_users:8"}}));
+    const auto transcript = stored()["transcripts"][text("comm_id")];
+    ASSERT_EQ(transcript.size(), 2U);
+    const auto& line = transcript.begin().value();
+    EXPECT_EQ(line["message"], "Is the <light> green & bright?\nOr not?");
+    EXPECT_EQ(line["from"], "Robin Alder");
+    EXPECT_EQ(line["from_key"], "partners_users:7");
+    EXPECT_EQ(line["sent"], transcript.begin().key());
+    EXPECT_EQ(std::next(transcript.begin()).value()["message"], "Pick one");
+}
+
+TEST_F(ChatTest, NonsenseFromTheTechnicianIsRefused) {
+    EXPECT_FALSE(service_.say(text("id"), "x", {{"kind", "no such kind"}}));
+    EXPECT_FALSE(service_.say(text("id"), std::string("control \x01 character")));
+    EXPECT_FALSE(service_.say("no such issue", "x"));
+    EXPECT_TRUE(service_.say(text("id"), "x", {{"kind", "raw"}, {"body", "{\"half\":"}}));
+    EXPECT_FALSE(service_.post("/typing", {{"issue", text("id")}, {"state", "a b<"}}));
+}
+
+}  // namespace
 }  // namespace supportsdk::test

@@ -3,30 +3,27 @@
 #include "tests/service/ServiceCalls.h"
 
 namespace supportsdk::test {
-
 namespace {
 
 using std::chrono::seconds;
 
 TEST(LifetimeTest, EndsInOrderWithAllThatHangsOnIt) {
-    for (const int signal : {SIGTERM, SIGINT}) {
-        const auto service = ServiceProcess::start();
-        ASSERT_TRUE(service);
-        // An idle kept connection, a request that waits, and one that is never answered.
-        ServiceCalls kept(service->configuration("harbor-lobby", false));
-        kept.get("/sdk/v1/app/get");
-        service->post("/faults", {{"kind", "silence"}, {"path", "/sdk/v1/kb/get"}});
-        std::thread silent([&] { kept.get("/sdk/v1/kb/get"); });
-        std::thread waiting([&] { service->await("never", Json::object(), 0, seconds{30}); });
-        ASSERT_TRUE(service->await("request", {{"path", "/sdk/v1/kb/get"}}));
+    const auto service = ServiceProcess::start();
+    ASSERT_TRUE(service);
+    // A kept connection whose request is never answered, and one that waits.
+    ServiceCalls kept(*service);
+    kept.get("/sdk/v1/app/get");
+    service->post("/faults", {{"kind", "silence"}, {"path", "/sdk/v1/kb/get"}});
+    std::thread silent([&] { kept.get("/sdk/v1/kb/get"); });
+    std::thread waiting([&] { service->await("never", Json::object(), 0, seconds{30}); });
+    ASSERT_TRUE(service->await("request", {{"path", "/sdk/v1/kb/get"}}));
 
-        const auto chatServer = service->chatServerId();
-        service->signal(signal);
-        EXPECT_EQ(service->waitForEnd(seconds{5}), 0);
-        silent.join();
-        waiting.join();
-        EXPECT_TRUE(processEnds(chatServer, seconds{0}));
-    }
+    const auto chatServer = service->chatServerId();
+    service->signal(SIGINT);
+    EXPECT_EQ(service->waitForEnd(seconds{5}), 0);
+    silent.join();
+    waiting.join();
+    EXPECT_TRUE(processEnds(chatServer, seconds{0}));
 }
 
 TEST(LifetimeTest, EndsInOrderWhileItStillStarts) {
@@ -56,7 +53,7 @@ TEST(LifetimeTest, StateOutlivesTheServiceAndOneAtATimeHoldsIt) {
     {
         const auto service = ServiceProcess::start({"--data", folder.path});
         ASSERT_TRUE(service);
-        issue = ServiceCalls(service->configuration("harbor-lobby", false)).createIssue()["id"];
+        issue = ServiceCalls(*service).createIssue()["id"];
         ASSERT_TRUE(service->say(issue, "Keep this"));
         ASSERT_TRUE(service->await("line", {{"issue_id", issue}}));
 
@@ -68,7 +65,7 @@ TEST(LifetimeTest, StateOutlivesTheServiceAndOneAtATimeHoldsIt) {
     }
     const auto service = ServiceProcess::start({"--data", folder.path});
     ASSERT_TRUE(service);
-    ServiceCalls calls(service->configuration("harbor-lobby", false));
+    ServiceCalls calls(*service);
     const auto stored = calls.get("/sdk/v1/issues/" + issue).body["results"][0];
     EXPECT_EQ(stored["transcripts"].begin().value().begin().value()["message"], "Keep this");
     EXPECT_TRUE(service->say(issue, "Go on"));
@@ -84,5 +81,4 @@ TEST(LifetimeTest, UnusableArgumentsAreSaidSo) {
 }
 
 }  // namespace
-
 }  // namespace supportsdk::test
