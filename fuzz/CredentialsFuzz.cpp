@@ -1,19 +1,11 @@
 #include <array>
-#include <cstdint>
-#include <cstdlib>
 
+#include "fuzz/Fuzzing.h"
 #include "supportsdk/core/Ciphers.h"
 #include "supportsdk/core/Credentials.h"
 
 using namespace supportsdk;
-
-namespace {
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
-
-}  // namespace
+using fuzz::require;
 
 /// The input up to the first line end is the key; the rest is taken once as the block that an issue
 /// carries, and once as what lies in it, since no mutation gets through the cipher.

@@ -1,19 +1,15 @@
-#include <cstdint>
-#include <cstdlib>
 #include <string_view>
 #include <variant>
 
+#include "fuzz/Fuzzing.h"
 #include "supportsdk/chat/ActionPermission.h"
 #include "supportsdk/chat/ChatEnvelope.h"
 #include "supportsdk/core/Fields.h"
 
 using namespace supportsdk;
+using fuzz::require;
 
 namespace {
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 void check(const ChatEnvelope& envelope) {
     if (!envelope.actions) return;

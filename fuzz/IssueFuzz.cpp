@@ -1,18 +1,13 @@
-#include <cstdint>
-#include <cstdlib>
-
+#include "fuzz/Fuzzing.h"
 #include "supportsdk/core/Fields.h"
 #include "supportsdk/core/QDIssue.h"
 #include "supportsdk/core/Support.h"
 #include "tests/support/FakePlatform.h"
 
 using namespace supportsdk;
+using fuzz::require;
 
 namespace {
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 /// What of a record survives its storage: the user is stored under a key that is not read.
 Json withoutUser(Json dictionary) {

@@ -1,6 +1,4 @@
-#include <cstdint>
-#include <cstdlib>
-
+#include "fuzz/Fuzzing.h"
 #include "supportsdk/core/Fields.h"
 #include "supportsdk/core/Support.h"
 #include "supportsdk/knowledge/JourneyModel.h"
@@ -8,12 +6,9 @@
 #include "tests/support/FakePlatform.h"
 
 using namespace supportsdk;
+using fuzz::require;
 
 namespace {
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 void answer(const test::FakePlatform& fakes, const Json& response) {
     require(fakes.http->sent.size() == 1);

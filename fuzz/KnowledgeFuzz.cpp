@@ -1,17 +1,13 @@
-#include <cstdint>
-#include <cstdlib>
 #include <set>
 
+#include "fuzz/Fuzzing.h"
 #include "supportsdk/core/Fields.h"
 #include "supportsdk/knowledge/KBViewModel.h"
 
 using namespace supportsdk;
+using fuzz::require;
 
 namespace {
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 /// Everybody hangs below one parent at most, one level deeper than that.
 void checkTree(const KBViewModel& model) {

@@ -1,18 +1,13 @@
-#include <cstdint>
-#include <cstdlib>
-
+#include "fuzz/Fuzzing.h"
 #include "supportsdk/chat/QuorrandChat.h"
 #include "supportsdk/chat/QuorrandChatMessage.h"
 #include "supportsdk/core/Fields.h"
 #include "tests/support/FakePlatform.h"
 
 using namespace supportsdk;
+using fuzz::require;
 
 namespace {
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 std::shared_ptr<QuorrandChat> makeEngine(const test::FakePlatform& fakes) {
     fakes.kitBundle->files = {

@@ -1,18 +1,14 @@
-#include <cstdint>
-#include <cstdlib>
 #include <span>
 
+#include "fuzz/Fuzzing.h"
 #include "supportsdk/core/Fields.h"
 #include "supportsdk/core/RestResponse.h"
 #include "supportsdk/core/Settings.h"
 
 using namespace supportsdk;
+using fuzz::require;
 
 namespace {
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 void check(const ReadSettings& settings) {
     require(settings.defaultMember.is_object() && settings.features.supportForms->is_array());

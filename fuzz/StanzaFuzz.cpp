@@ -1,9 +1,8 @@
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 
+#include "fuzz/Fuzzing.h"
 #include "supportsdk/chat/xmpp/ChatState.h"
 #include "supportsdk/chat/xmpp/DelayedDelivery.h"
 #include "supportsdk/chat/xmpp/Roster.h"
@@ -12,12 +11,9 @@
 #include "supportsdk/chat/xmpp/XmppRoom.h"
 
 using namespace supportsdk;
+using fuzz::require;
 
 namespace {
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 class SilentLog : public Log {
  public:

@@ -1,18 +1,14 @@
 #include <cmath>
-#include <cstdint>
-#include <cstdlib>
 
+#include "fuzz/Fuzzing.h"
 #include "supportsdk/core/Fields.h"
 #include "supportsdk/theme/Appearance.h"
 #include "supportsdk/theme/ThemeImages.h"
 
 using namespace supportsdk;
+using fuzz::require;
 
 namespace {
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 /// Has a picture of every name that begins with a letter, and counts how often it is asked.
 struct LetterBundle : Bundle {

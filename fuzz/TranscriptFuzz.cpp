@@ -1,6 +1,4 @@
-#include <cstdint>
-#include <cstdlib>
-
+#include "fuzz/Fuzzing.h"
 #include "supportsdk/chat/QDChatViewModel.h"
 #include "supportsdk/chat/QuorrandChat.h"
 #include "supportsdk/chat/QuorrandChatMessage.h"
@@ -9,12 +7,9 @@
 #include "tests/support/FakePlatform.h"
 
 using namespace supportsdk;
+using fuzz::require;
 
 namespace {
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 void check(const QuorrandChatMessage& line) {
     require(line.from == "" && line.fromName == "" && !line.isMe && !line.isValidMessage);
