@@ -1,9 +1,3 @@
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <unistd.h>
-
-#include <csignal>
-
 #include "service/state/CredentialBlock.h"
 #include "tests/e2e/ChatRoad.h"
 
@@ -15,34 +9,6 @@ namespace {
 const char kOpening[] = "Retrieving chat information.";
 const char kConnecting[] = "Connecting to chat server";
 const char kJoining[] = "Joining room";
-
-/// So many files that a program started meanwhile has them too.
-class ManyFiles {
- public:
-    explicit ManyFiles(std::size_t free) {
-        getrlimit(RLIMIT_NOFILE, &before_);
-        auto limit = before_;
-        limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, 4096);
-        isAllowed = limit.rlim_cur >= 2048 && setrlimit(RLIMIT_NOFILE, &limit) == 0;
-        while (isAllowed && open_.size() < 1500 + free)
-            open_.push_back(open("/dev/null", O_RDONLY));
-        for (std::size_t i = 0; isAllowed && i < free; ++i) close(std::exchange(open_[i], -1));
-    }
-    ~ManyFiles() {
-        for (const int each : open_) {
-            if (each >= 0) close(each);
-        }
-        setrlimit(RLIMIT_NOFILE, &before_);
-    }
-    ManyFiles(const ManyFiles&) = delete;
-    ManyFiles& operator=(const ManyFiles&) = delete;
-
-    bool isAllowed = false;
-
- private:
-    rlimit before_{};
-    std::vector<int> open_;
-};
 
 class ChatFaults : public ChatRoad {
  protected:
@@ -110,26 +76,6 @@ TEST_F(ChatFaults, ALineThatTheServerNeverTookIsGivenBack) {
     expectLines({"Before.", "Lost on the way."});
 }
 
-TEST_F(ChatFaults, AServerThatFallsSilentIsNoticedAndTakesTheLineLater) {
-    load();
-    openChat();
-    order("pause");
-    sendText("Anybody?");
-    awaitOnline(false, lossPatience);
-    expectRefusal("Nobody.", kOffline);
-    order("resume");
-    awaitOnline(true);
-    expectLines({"Anybody?"});
-    EXPECT_EQ(show()["entry"]["text"], "Nobody.");
-
-    order("pause");
-    mark();
-    press("End Chat");
-    expectSights({"Checking issue status", "Resolving issue", "left"});
-    host->send({{"do", "quit"}});
-    expectPromptEnd();
-}
-
 TEST_F(ChatFaults, AServerThatNeverSpeaksCanBeLeftAndQuit) {
     order("pause");
     for (const bool leaves : {true, false}) {
@@ -174,25 +120,6 @@ TEST_F(ChatFaults, AnUntrustedServerIsNeitherToldNorBelievedAnything) {
                   "accepted: unable to get local issuer certificate.]"});
     host->send({{"do", "quit"}});
     expectPromptEnd();
-}
-
-TEST_F(ChatFaults, AHostWithManyOpenFilesChatsOrSaysWhyNot) {
-    for (const std::size_t free : {0U, 40U}) {
-        const ManyFiles files(free);
-        if (!files.isAllowed) GTEST_SKIP() << "needs leave to open 2,048 files";
-        host = startHost();
-        load();
-        mark();
-        if (free > 0) {
-            openChat();
-            say("With fifteen hundred files.");
-            continue;
-        }
-        chooseChat();
-        expectSights(
-            {"Starting Chat", kOpening, kConnecting,
-             "[Unable to connect to the chat server. The process has too many open files.]"});
-    }
 }
 
 }  // namespace

@@ -27,16 +27,10 @@ inline std::string sight(const Json& report) {
 
 /// Every text under which the person waits on this road.
 inline bool isProgress(const std::string& text) {
-    static const std::set<std::string> texts = {"Starting Chat",
-                                                "Retrieving chat information.",
-                                                "Connecting to chat server",
-                                                "Joining room",
-                                                "Checking issue status",
-                                                "Resolving issue",
-                                                "Cancelling issue",
-                                                "Retrieving",
-                                                "Requesting callback",
-                                                "Rating your support experience"};
+    static const std::set<std::string> texts = {
+        "Starting Chat",   "Retrieving chat information.", "Connecting to chat server",
+        "Joining room",    "Checking issue status",        "Resolving issue",
+        "Cancelling issue"};
     return texts.contains(text);
 }
 

@@ -17,26 +17,18 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
-/// Writes down its life.
 class PlainScreen : public ScreenController {
  public:
-    PlainScreen(std::string name, std::vector<std::string>& log)
-        : name_(std::move(name)), log_(log) {}
+    explicit PlainScreen(std::string name) : name_(std::move(name)) {}
     [[nodiscard]] std::string_view className() const override { return name_; }
-    void viewDidLoad() override { note("loaded"); }
     void viewWillAppear() override {
-        note("appears");
         if (onAppearance) onAppearance();
     }
-    void viewDidDisappear() override { note("gone"); }
 
     std::function<void()> onAppearance;
 
  private:
-    void note(const char* what) { log_.push_back(name_ + " " + what); }
-
     std::string name_;
-    std::vector<std::string>& log_;
 };
 
 class HostPresenterTest : public testing::Test {
@@ -50,8 +42,8 @@ class HostPresenterTest : public testing::Test {
         close(pipe_[1]);
     }
 
-    std::shared_ptr<PlainScreen> screen(const std::string& name) {
-        return std::make_shared<PlainScreen>(name, log);
+    static std::shared_ptr<PlainScreen> screen(const std::string& name) {
+        return std::make_shared<PlainScreen>(name);
     }
     std::shared_ptr<ScreenController> top() {
         return Support::topViewController(presenter->rootController());
@@ -69,26 +61,12 @@ class HostPresenterTest : public testing::Test {
         return all;
     }
 
-    std::vector<std::string> log;
     std::shared_ptr<test::FakeMainQueue> queue = std::make_shared<test::FakeMainQueue>();
     std::shared_ptr<HostPresenter> presenter;
 
  private:
     std::array<int, 2> pipe_{};
 };
-
-TEST_F(HostPresenterTest, StacksPushedScreensAndUncoversThemAgain) {
-    const auto list = screen("List");
-    const auto detail = screen("Detail");
-    presenter->display(list);
-    presenter->push(detail, *list);
-    EXPECT_EQ(top(), detail);
-    presenter->back();
-    EXPECT_EQ(top(), list);
-    EXPECT_THAT(log, ElementsAre("List loaded", "List appears", "Detail loaded", "Detail appears",
-                                 "List gone", "List appears", "Detail gone"));
-    EXPECT_THAT(reported(), ElementsAre("screen List", "screen Detail", "left Detail"));
-}
 
 TEST_F(HostPresenterTest, DismissesAPresentedLayerWithAllThatIsOnIt) {
     const auto chat = screen("Chat");
@@ -122,27 +100,6 @@ TEST_F(HostPresenterTest, ReportsAScreenBeforeTheOneThatItOpensAsItAppears) {
     presenter->back();  // and the list opens it again
     EXPECT_EQ(top(), detail);
     EXPECT_THAT(reported(), ElementsAre("left Detail", "screen Detail"));
-}
-
-TEST_F(HostPresenterTest, GoesBackInsideALayer) {
-    const auto article = screen("Article");
-    const auto more = screen("More");
-    presenter->display(screen("List"));
-    presenter->present(article, nullptr);
-    presenter->push(more, *article);
-    presenter->back();
-    EXPECT_EQ(top(), article);
-    presenter->back();
-    EXPECT_EQ(presenter->top()->describe()["class"], "List");
-}
-
-TEST_F(HostPresenterTest, LetsAScreenLeaveFromItsOwnButton) {
-    auto form = screen("Form");
-    form->rightBarButtons = {{"Done", [this, raw = form.get()] { presenter->dismiss(*raw); }}};
-    presenter->display(std::exchange(form, nullptr));
-    EXPECT_FALSE(presenter->top()->press("Cancel"));
-    EXPECT_TRUE(presenter->top()->press("Done"));
-    EXPECT_FALSE(presenter->top());
 }
 
 TEST_F(HostPresenterTest, ClosesAnAlertBeforeItsChoiceOpensTheNext) {
