@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 namespace supportsdk::test {
-
 namespace {
 
 bool hasFields(const Json& report, const Json& fields) {

@@ -1,21 +1,10 @@
 #pragma once
 
-#include <openssl/ssl.h>
-
-#include <atomic>
-#include <chrono>
-#include <functional>
-#include <list>
 #include <map>
-#include <memory>
-#include <mutex>
-#include <string>
-#include <string_view>
-#include <thread>
 #include <utility>
 #include <vector>
 
-#include "service/prosody/CertificateAuthority.h"
+#include "tests/support/LoopbackServer.h"
 
 namespace supportsdk::test {
 
@@ -29,48 +18,33 @@ struct RecordedRequest {
     /// The value of the first header of that name (any case); "(none)" when there is none.
     [[nodiscard]] std::string header(std::string_view name) const;
     [[nodiscard]] bool hasHeader(std::string_view name) const;
-};
-
-/// One connection as a handler sees it: raw bytes, so that answers can be as wrong as need be.
-class LoopbackConnection {
- public:
-    virtual ~LoopbackConnection() = default;
-
-    /// False when the peer is gone.
-    virtual bool send(std::string_view bytes) = 0;
-    /// Says nothing until the peer goes away or the server is destroyed.
-    virtual void stall() = 0;
-    /// Waits, but no longer than until the server is destroyed; false then.
-    virtual bool pause(std::chrono::milliseconds duration) = 0;
-    /// Ends the connection after the handler: with FIN, or with RST.
-    virtual void close() = 0;
-    virtual void reset() = 0;
+    /// The target without its query.
+    [[nodiscard]] std::string path() const { return target.substr(0, target.find('?')); }
 };
 
 /// An HTTP/1.1 server on 127.0.0.1 that does what real servers should not: stalls, cuts, drips,
-/// resets. A thread for each connection; connections are kept unless a handler ends them. Handlers
-/// run on those threads and are set before the first request.
+/// resets. Connections are kept unless a handler ends them. Handlers run on the threads of their
+/// connections and are set before the first request.
 class LoopbackHttpServer {
  public:
     using Handler = std::function<void(const RecordedRequest&, LoopbackConnection&)>;
     using Headers = std::vector<std::pair<std::string, std::string>>;
 
     /// https with a certificate, http without.
-    explicit LoopbackHttpServer(const std::optional<service::CertificateFiles>& identity = {});
-    ~LoopbackHttpServer();
-    LoopbackHttpServer(const LoopbackHttpServer&) = delete;
-    LoopbackHttpServer& operator=(const LoopbackHttpServer&) = delete;
+    explicit LoopbackHttpServer(const std::optional<service::CertificateFiles>& identity = {})
+        : server_([this](LoopbackConnection& connection) { serve(connection); }, identity) {}
 
-    [[nodiscard]] int port() const { return port_; }
+    [[nodiscard]] int port() const { return server_.port(); }
     /// "http://127.0.0.1:PORT" + `target`.
     [[nodiscard]] std::string url(std::string_view target = "/") const;
 
     /// What happens on `path` (without its query); paths with no handler get a 404.
     void on(const std::string& path, Handler handler);
     /// A complete response with Content-Length.
-    void answer(const std::string& path, int status, std::string body = {}, Headers headers = {});
+    void answer(const std::string& path, int status, const std::string& body = {},
+                const Headers& headers = {});
     /// These bytes, then the end of the connection.
-    void answerRaw(const std::string& path, std::string bytes);
+    void answerRaw(const std::string& path, const std::string& bytes);
 
     /// The bytes of a complete response.
     [[nodiscard]] static std::string response(int status, std::string_view body,
@@ -80,25 +54,15 @@ class LoopbackHttpServer {
     /// The latest request for `path`; an empty one when there is none.
     [[nodiscard]] RecordedRequest lastRequest(const std::string& path) const;
     [[nodiscard]] std::size_t requestCount(const std::string& path) const;
-    [[nodiscard]] int connections() const { return connections_; }
+    [[nodiscard]] int connections() const { return server_.connections(); }
 
  private:
-    class Connection;
+    void serve(LoopbackConnection& connection);
 
-    void acceptAll();
-    void serve(Connection& connection);
-
-    std::shared_ptr<SSL_CTX> tls_;
-    int listener_ = -1;
-    int port_ = 0;
-    int stopRead_ = -1;
-    int stopWrite_ = -1;
-    std::atomic<int> connections_ = 0;
     mutable std::mutex mutex_;
     std::map<std::string, Handler> handlers_;
     std::vector<RecordedRequest> requests_;
-    std::list<std::thread> workers_;
-    std::thread acceptor_;
+    LoopbackServer server_;  // the last one: its threads use the others
 };
 
 }  // namespace supportsdk::test

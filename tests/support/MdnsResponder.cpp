@@ -6,7 +6,6 @@
 #include <sstream>
 
 namespace supportsdk::test {
-
 namespace {
 
 /// The daemon insists on one place for the number of its process, and two may run at once.

@@ -5,7 +5,6 @@
 #include <csignal>
 
 namespace supportsdk::test {
-
 namespace {
 
 std::optional<Json> objectOf(const httplib::Result& result) {

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <deque>
+
 #include "backends/avahi/AvahiNetServiceFactory.h"
 #include "tests/support/LoopMainQueue.h"
 #include "tests/support/MdnsResponder.h"

@@ -5,6 +5,7 @@
 #include "backends/curl/CurlHttpClient.h"
 #include "tests/support/LoopMainQueue.h"
 #include "tests/support/LoopbackHttpServer.h"
+#include "tests/support/SharedLog.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace supportsdk::test {
@@ -61,22 +62,9 @@ class HttpFixture : public testing::Test {
     }
     const service::CertificateRequest here{"here", {"localhost"}, {"127.0.0.1"}};
 
-    struct LineLog : Log {
-        void write(std::string_view line) override {
-            const std::lock_guard lock(mutex);
-            lines.append(line).append("\n");
-        }
-        std::string text() {
-            const std::lock_guard lock(mutex);
-            return lines;
-        }
-        std::mutex mutex;
-        std::string lines;
-    };
-
     TemporaryFolder folder;
     std::vector<std::unique_ptr<service::CertificateAuthority>> issuers;
-    std::shared_ptr<LineLog> log = std::make_shared<LineLog>();
+    std::shared_ptr<SharedLog> log = std::make_shared<SharedLog>();
     std::shared_ptr<LoopMainQueue> queue = std::make_shared<LoopMainQueue>();
     std::unique_ptr<CurlHttpClient> client;
     int sent = 0;

@@ -1,18 +1,13 @@
 #pragma once
 
-#include <atomic>
-#include <cstdint>
-#include <functional>
-#include <string>
-#include <thread>
-#include <vector>
+#include "tests/support/LoopbackServer.h"
 
 namespace supportsdk::test {
 
-/// A server on loopback that plays a script to its first client: waits for a piece of text, says
+/// A server on loopback that plays a script to its clients: waits for a piece of text, says
 /// something. It keeps the connection open afterwards until it is destroyed, unless told to close.
 /// What comes after the script goes to `heard`, on the server's own thread.
-class RawServer {
+class RawServer : public LoopbackServer {
  public:
     struct Line {
         /// Waited for in all that came since the line before; "" waits for nothing.
@@ -20,28 +15,46 @@ class RawServer {
         std::string say;
     };
 
-    /// Accepts, and says nothing.
-    RawServer() : RawServer({}, false) {}
-    explicit RawServer(std::vector<Line> script, bool closeAtEnd = false,
-                       std::function<void(std::string_view)> heard = nullptr);
-    ~RawServer();
-    RawServer(const RawServer&) = delete;
-    RawServer& operator=(const RawServer&) = delete;
-
-    [[nodiscard]] std::uint16_t port() const { return port_; }
+    explicit RawServer(
+        std::vector<Line> script = {}, bool closeAtEnd = false,
+        const std::function<void(std::string_view)>& heard = [](auto) {})
+        : LoopbackServer([script = std::move(script), closeAtEnd, heard](auto& client) {
+              for (const auto& line : script) {
+                  if (!awaitText(client, line.after) || !client.send(line.say)) return;
+              }
+              if (closeAtEnd) return;
+              for (auto more = client.receive(); !more.empty(); more = client.receive())
+                  heard(more);
+          }) {}
 
     /// What a server without TLS says up to the bound stream of "ann@raw.test/desk".
-    static std::vector<Line> loginScript();
+    static std::vector<Line> loginScript() {
+        const std::string header =
+            "<?xml version='1.0'?><stream:stream xmlns='jabber:client' "
+            "xmlns:stream='http://etherx.jabber.org/streams' id='1' from='raw.test' version='1.0'>"
+            "<stream:features>";
+        return {{"<stream:stream",
+                 header + "<mechanisms xmlns='urn:ietf:params:xml:ns:xmpp-sasl'>"
+                          "<mechanism>PLAIN</mechanism></mechanisms></stream:features>"},
+                {"</auth>", "<success xmlns='urn:ietf:params:xml:ns:xmpp-sasl'/>"},
+                {"<stream:stream",
+                 header + "<bind xmlns='urn:ietf:params:xml:ns:xmpp-bind'/></stream:features>"},
+                {"</iq>",
+                 "<iq type='result' id='_xmpp_bind1'><bind "
+                 "xmlns='urn:ietf:params:xml:ns:xmpp-bind'>"
+                 "<jid>ann@raw.test/desk</jid></bind></iq>"}};
+    }
 
  private:
-    void run(const std::vector<Line>& script, bool closeAtEnd,
-             const std::function<void(std::string_view)>& heard);
-    bool awaitText(const std::string& text);
-
-    int listener_ = -1;
-    std::atomic<int> client_ = -1;
-    std::uint16_t port_ = 0;
-    std::thread thread_;
+    static bool awaitText(LoopbackConnection& client, const std::string& text) {
+        std::string seen;
+        while (seen.find(text) == std::string::npos) {
+            const auto more = client.receive();
+            if (more.empty()) return false;
+            seen += more;
+        }
+        return true;
+    }
 };
 
 }  // namespace supportsdk::test

@@ -12,28 +12,12 @@
 #include "service/prosody/ProsodyServer.h"
 #include "tests/support/FakePlatform.h"
 #include "tests/support/LoopMainQueue.h"
+#include "tests/support/SharedLog.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace supportsdk::test {
 
 using std::chrono::milliseconds;
-
-/// A log that any thread may write to.
-class SharedLog : public Log {
- public:
-    void write(std::string_view line) override {
-        const std::lock_guard lock(mutex_);
-        text_ += std::string(line) + "\n";
-    }
-    [[nodiscard]] std::string text() const {
-        const std::lock_guard lock(mutex_);
-        return text_;
-    }
-
- private:
-    mutable std::mutex mutex_;
-    std::string text_;
-};
 
 /// A stream and all that it reported.
 struct WatchedStream {

@@ -4,7 +4,6 @@
 #include <future>
 
 namespace supportsdk::test {
-
 namespace {
 
 constexpr const char* portalInterface = R"(<node>

@@ -3,7 +3,6 @@
 #include "tests/chat/engine/EngineFixture.h"
 
 namespace supportsdk::test {
-
 namespace {
 
 using namespace std::chrono_literals;
@@ -306,5 +305,4 @@ INSTANTIATE_TEST_SUITE_P(Reports, EngineEnd,
                                          "line you: hi", "left", "disconnected"));
 
 }  // namespace
-
 }  // namespace supportsdk::test

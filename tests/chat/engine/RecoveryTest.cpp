@@ -5,7 +5,6 @@
 #include "tests/chat/engine/EngineFixture.h"
 
 namespace supportsdk::test {
-
 namespace {
 
 using namespace std::chrono_literals;
@@ -306,5 +305,4 @@ TEST_P(RandomConversation, listsEveryAcceptedLineOnceAndReportsTheOthers) {
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomConversation, testing::Range(0U, 40U));
 
 }  // namespace
-
 }  // namespace supportsdk::test

@@ -1,7 +1,6 @@
 #include "tests/chat/engine/EngineFixture.h"
 
 namespace supportsdk::test {
-
 namespace {
 
 struct EngineResources : testing::Test {
@@ -53,5 +52,4 @@ TEST_F(EngineResources, sharedEngineLivesWithItsHolders) {
 }
 
 }  // namespace
-
 }  // namespace supportsdk::test

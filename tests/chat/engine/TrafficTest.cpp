@@ -3,7 +3,6 @@
 #include "tests/chat/engine/EngineFixture.h"
 
 namespace supportsdk::test {
-
 namespace {
 
 constexpr const char* delayed = "<delay xmlns='urn:xmpp:delay' stamp='2026-01-31T11:00:00Z'/>";
@@ -135,5 +134,4 @@ TEST_F(Engine, knowsItsParticipants) {
 }
 
 }  // namespace
-
 }  // namespace supportsdk::test

@@ -5,7 +5,6 @@
 #include "supportsdk/chat/xmpp/Stanzas.h"
 
 namespace supportsdk::test {
-
 namespace {
 
 using namespace std::chrono_literals;
@@ -84,5 +83,4 @@ TEST(Stanzas, changeOnlyThePersistentFieldOfTheForm) {
 }
 
 }  // namespace
-
 }  // namespace supportsdk::test

@@ -5,7 +5,6 @@
 #include "tests/support/FakePlatform.h"
 
 namespace supportsdk::test {
-
 namespace {
 
 constexpr const char* mucUserOpen = "<x xmlns='http://jabber.org/protocol/muc#user'>";
@@ -127,5 +126,4 @@ TEST_F(Room, handsItsConfigurationOutAndBack) {
 }
 
 }  // namespace
-
 }  // namespace supportsdk::test
