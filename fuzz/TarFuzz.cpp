@@ -1,11 +1,13 @@
-#include <unistd.h>
-
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
 #include <string>
 
 #include "supportsdk/proactive/DCTar.h"
+#include "tests/support/TemporaryFolder.h"
 
 using namespace supportsdk;
 namespace fs = std::filesystem;
@@ -16,61 +18,53 @@ void require(bool condition) {
     if (!condition) std::abort();
 }
 
-/// In memory where the system has such a folder: each input makes files.
-class Box {
- public:
-    Box() {
-        std::error_code ignored;
-        const fs::path memory = "/dev/shm";
-        auto name = ((fs::is_directory(memory, ignored) ? memory : fs::temp_directory_path()) /
-                     "tar-fuzz-XXXXXX")
-                        .string();
-        require(mkdtemp(name.data()) != nullptr);
-        path = name;
-    }
-    ~Box() {
-        std::error_code ignored;
-        fs::remove_all(path, ignored);
-    }
-    Box(const Box&) = delete;
-    Box& operator=(const Box&) = delete;
-
-    fs::path path;
-};
-
 void requireAlike(const TarObject& memory, const TarObject& file, std::uintmax_t offset) {
     require(DCTar::typeForObject(memory, offset) == DCTar::typeForObject(file, offset));
     require(DCTar::nameForObject(memory, offset) == DCTar::nameForObject(file, offset));
     require(DCTar::sizeForObject(memory, offset) == DCTar::sizeForObject(file, offset));
 }
 
-std::size_t countIn(const fs::path& folder) {
-    return static_cast<std::size_t>(
-        std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+/// A fresh folder with a link out of it.
+void prepare(const fs::path& folder, const fs::path& outside) {
+    fs::remove_all(folder);
+    fs::create_directories(outside);
+    fs::create_directories(folder);
+    fs::create_directory_symlink(outside, folder / "a");
+}
+
+std::map<fs::path, std::string> contentsOf(const fs::path& folder) {
+    std::map<fs::path, std::string> contents;
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+        auto& content = contents[entry.path().lexically_relative(folder)];
+        std::ifstream file(entry.path(), std::ios::binary);
+        if (!entry.is_directory()) content = {std::istreambuf_iterator<char>(file), {}};
+    }
+    return contents;
 }
 
 }  // namespace
 
-/// The input is an archive. It is extracted beside a folder that a link inside leads to.
+/// The input is an archive, extracted from memory and from a file.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const Box box;
+    static const test::TemporaryFolder box(test::folderInMemory());
     static const auto outside = box.path / "outside";
-    static const auto inside = box.path / "inside";
+    static const auto fromMemory = box.path / "memory";
+    static const auto fromFile = box.path / "file";
     static const auto archive = (box.path / "archive").string();
 
     const std::span input(reinterpret_cast<const std::byte*>(data), size);
-    fs::create_directories(outside);
-    fs::create_directories(inside);
-    fs::create_directory_symlink(outside, inside / "a");
-    require(DCTar::untarData(input, inside.string(), nullptr));
-    require(fs::is_symlink(inside / "a") && fs::is_empty(outside));
-    require(countIn(box.path) <= 3);
-
     require(DCTar::writeFileDataForObject(input, 0, size, archive));
     const auto file = FileHandle::forReadingAtPath(archive);
     for (std::uintmax_t offset = 0; offset <= size; offset += 512) {
         requireAlike(input, file.get(), offset);
     }
-    fs::remove_all(inside);
+
+    prepare(fromMemory, outside);
+    prepare(fromFile, outside);
+    require(DCTar::untarData(input, fromMemory.string(), nullptr));
+    require(DCTar::untarFileAtPath(archive, fromFile.string(), nullptr));
+    require(contentsOf(fromMemory) == contentsOf(fromFile));
+    require(fs::is_symlink(fromFile / "a") && fs::is_empty(outside));
+    require(std::distance(fs::directory_iterator(box.path), {}) == 4);
     return 0;
 }

@@ -10,7 +10,7 @@ namespace supportsdk {
 
 namespace {
 
-constexpr std::size_t windowBytes = std::size_t{256} * 1024;
+constexpr std::size_t windowBytes = std::size_t{64} * 1024;
 
 using Memory = std::span<const std::byte>;
 

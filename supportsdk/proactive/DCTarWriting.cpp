@@ -12,7 +12,7 @@ namespace supportsdk {
 
 namespace {
 
-constexpr std::size_t chunkBytes = std::size_t{256} * 1024;
+constexpr std::size_t chunkBytes = std::size_t{64} * 1024;
 constexpr std::size_t paddingBytes = 1024;
 constexpr std::size_t endBytes = 1024;
 
