@@ -18,11 +18,9 @@ using namespace std::string_literals;
 namespace supportsdk {
 namespace {
 
-using Contents = std::map<std::string, std::string>;
-
 /// Mode and content of everything below; a link is shown as such.
-Contents contentsOf(const fs::path& folder) {
-    Contents contents;
+std::map<std::string, std::string> contentsOf(const fs::path& folder) {
+    std::map<std::string, std::string> contents;
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
         std::ostringstream line;
         line << std::oct << static_cast<unsigned>(entry.status().permissions()) << ' ';
@@ -41,16 +39,10 @@ std::string namesOf(const fs::path& folder) {
     return names;
 }
 
-void run(const std::string& command) {
-    ASSERT_EQ(std::system(command.c_str()), 0) << command;
-}
-
 std::string letters(std::size_t count) {
-    std::string text(count, ' ');
-    for (std::size_t index = 0; index < count; ++index) {
-        text[index] = static_cast<char>('a' + (index * 7 + index / 512) % 26);
-    }
-    return text;
+    std::string text;
+    while (text.size() < count) text += std::to_string(text.size()) + " ";
+    return text.substr(0, count);
 }
 
 /// An entry as any program might write it, by literal offsets.
@@ -76,14 +68,11 @@ class DCTarFiles : public testing::Test {
 };
 
 TEST_F(DCTarFiles, WhatItWritesOtherTarsReadBack) {
-    const auto deep = "in/" + std::string(60, 'd') + "/" + std::string(60, 'e') + "/file";
     const auto cut = std::string(60, 'e') + "/file";
     box.write("in/empty", "");
     box.write("in/one", letters(512));
-    box.write("in/sub/two", letters(1024));
     box.write("in/sub/many", letters(1024 * 1024));
-    box.write(deep, letters(512));
-    makeFolder("in/sub/nothing");
+    box.write("in/" + std::string(60, 'd') + "/" + cut, letters(1024));
     fs::permissions(at("in/one"), fs::perms(0640));
     fs::permissions(at("in/sub"), fs::perms(0710));
     ASSERT_TRUE(DCTar::tarFileAtPath(at("in"), at("a.tar"), &error));
@@ -92,25 +81,24 @@ TEST_F(DCTarFiles, WhatItWritesOtherTarsReadBack) {
     for (const std::string tar : {"tar", "bsdtar"}) {
         const auto out = "out-" + tar;
         makeFolder(out);
-        run(tar + " -xpf " + at("a.tar") + " -C " + at(out));
+        ASSERT_EQ(std::system((tar + " -xpf " + at("a.tar") + " -C " + at(out)).c_str()), 0);
         EXPECT_EQ(contentsOf(at(out)), contentsOf(at("in"))) << tar;
     }
 
     // The kit itself knows no prefixes, so the deep file would lie in a folder that is not there.
     makeFolder("out/" + std::string(60, 'e'));
     ASSERT_TRUE(DCTar::untarFileAtPath(at("a.tar"), at("out"), nullptr));
-    EXPECT_EQ(box.read("out/" + cut), letters(512));
+    EXPECT_EQ(box.read("out/" + cut), letters(1024));
     EXPECT_EQ(box.read("out/sub/many"), letters(1024 * 1024));
-    EXPECT_TRUE(fs::is_directory(at("out/sub/nothing")) && fs::exists(at("out/empty")));
+    EXPECT_TRUE(fs::is_empty(at("out/empty")));
 }
 
 TEST_F(DCTarFiles, ReadsWhatOtherTarsWrite) {
     box.write("in/odd", letters(513));
-    box.write("in/sub/small", "x");
     box.write("in/sub/big", letters(700'001));
     for (const std::string tar :
          {"tar --format=gnu", "tar --format=ustar", "bsdtar --format=ustar", "tar --format=v7"}) {
-        run(tar + " -cf " + at("a.tar") + " -C " + at("in") + " .");
+        ASSERT_EQ(std::system((tar + " -cf " + at("a.tar") + " -C " + at("in") + " .").c_str()), 0);
         fs::remove_all(at("file"));
         fs::remove_all(at("memory"));
         ASSERT_TRUE(DCTar::untarFileAtPath(at("a.tar"), at("file"), nullptr));
@@ -128,10 +116,9 @@ TEST_F(DCTarFiles, AnOddFileIsFollowedByTwoBlocksOfPadding) {
         ASSERT_TRUE(DCTar::tarFileAtPath(at("in"), at("a.tar"), nullptr));
         const auto archive = box.read("a.tar");
         ASSERT_EQ(archive.size(), 512 + size + 1024 + 512 + 1024);
-        EXPECT_EQ(archive.substr(512, size), letters(size));
-        EXPECT_EQ(archive.substr(512 + size, 511), std::string(511, '\0'));
+        EXPECT_EQ(archive.substr(512, size + 511), letters(size) + std::string(511, '\0'));
         EXPECT_EQ(archive.substr(512 + size + 1024, 2), "b\0"s);
-        EXPECT_EQ(archive.substr(archive.size() - 1024), std::string(1024, '\0'));
+        EXPECT_TRUE(archive.ends_with(std::string(1024, '\0')));
     }
 }
 
@@ -145,9 +132,7 @@ TEST_F(DCTarFiles, PacksWhatLinksLeadToAndNothingThatBlocks) {
     ASSERT_TRUE(DCTar::tarFileAtPath(at("in"), at("a.tar"), nullptr));
     EXPECT_EQ(fs::file_size(at("a.tar")), 512u * 4 + 1024) << "file, folder, and one without name";
     ASSERT_TRUE(DCTar::untarFileAtPath(at("a.tar"), at("out"), nullptr));
-    EXPECT_EQ(namesOf(at("out")), "file folder");
-    EXPECT_EQ(box.read("out/file"), letters(512));
-    EXPECT_TRUE(fs::is_directory(at("out/folder")));
+    EXPECT_EQ(namesOf(at("out")) + box.read("out/file"), "file folder" + letters(512));
 }
 
 TEST_F(DCTarFiles, AFullDiskIsAFailure) {
@@ -155,7 +140,6 @@ TEST_F(DCTarFiles, AFullDiskIsAFailure) {
     const auto full = FileHandle::forWritingAtPath("/dev/full");
     EXPECT_FALSE(DCTar::writeHeaderForPath("file", at("in"), false, *full));
     EXPECT_FALSE(DCTar::chunkedWriteDataFromPath("file", at("in"), false, *full));
-    EXPECT_FALSE(DCTar::chunkedWriteDataFromPath("in", box.path, true, *full));
     EXPECT_FALSE(DCTar::chunkedWriteDataFromPath(at("in/file"), *full));
     EXPECT_FALSE(DCTar::writeFileDataForObject(toBytes("text"), 0, 4, "/dev/full"));
     EXPECT_FALSE(DCTar::tarFileAtPath(at("in"), at("no/such/folder.tar"), &error));
@@ -279,14 +263,14 @@ TEST_F(DCTarFiles, FieldsAreReadAlikeFromMemoryAndFile) {
     box.write("archive", std::string(512, 'x') + entry("name", '5', "", " \t00017x") + "rest");
     const auto bytes = toBytes(box.read("archive"));
     const auto file = FileHandle::forReadingAtPath(at("archive"));
+    const auto header = [](const TarObject& object, std::uintmax_t offset) {
+        return DCTar::nameForObject(object, offset) + DCTar::typeForObject(object, offset) +
+               std::to_string(DCTar::sizeForObject(object, offset));
+    };
     for (const TarObject& object : {TarObject(bytes), TarObject(file.get())}) {
-        EXPECT_EQ(DCTar::nameForObject(object, 512), "name");
-        EXPECT_EQ(DCTar::typeForObject(object, 512), '5');
-        EXPECT_EQ(DCTar::sizeForObject(object, 512), 15);
-        for (const std::uintmax_t beyond : {std::uintmax_t{1024}, UINTMAX_MAX - 100, UINTMAX_MAX}) {
-            EXPECT_EQ(DCTar::nameForObject(object, beyond), "");
-            EXPECT_EQ(DCTar::typeForObject(object, beyond), '\0');
-            EXPECT_EQ(DCTar::sizeForObject(object, beyond), 0);
+        EXPECT_EQ(header(object, 512), "name515");
+        for (const auto beyond : {std::uintmax_t{1024}, UINTMAX_MAX - 100, UINTMAX_MAX}) {
+            EXPECT_EQ(header(object, beyond), std::string("\0000", 2));
         }
         EXPECT_EQ(DCTar::dataForObject(object, {1024, SIZE_MAX}, 1024, SIZE_MAX), toBytes("rest"));
         EXPECT_TRUE(DCTar::writeFileDataForObject(object, 1024, 4, at("copy")));

@@ -65,7 +65,8 @@ std::string_view tailForPrefix(std::string_view prefix) {
 std::optional<TarName> splitTarName(std::string_view path) {
     if (path.size() <= tarField::name.length) return TarName{"", std::string(path)};
     const auto slash = slashOfPrefix(path);
-    if (slash == std::string_view::npos || slash > tarField::prefix.length) return std::nullopt;
+    // So is npos.
+    if (slash > tarField::prefix.length) return std::nullopt;
     return TarName{std::string(path.substr(0, slash)), std::string(path.substr(slash + 1))};
 }
 
