@@ -35,8 +35,6 @@ TEST(CheckTest, TheRecordAndTheLineOfEachKind) {
     EXPECT_EQ(CheckAppHardware("", 1, "").toString() + CheckAppCloud("n", 1, "").toString(),
               "CheckAppHardware@hashcode{name=, type=2, code=1, desc=}"
               "CheckAppCloud@hashcode{name=n, type=3, code=1, desc=}");
-    EXPECT_EQ(Check(CheckType::unknown, "x", 2, "y").toString(),
-              "Check@hashcode{name=x, type=-1, code=2, desc=y}");
 }
 
 TEST(CheckTest, WhatIsMissingIsNamed) {
