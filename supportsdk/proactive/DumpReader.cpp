@@ -56,7 +56,7 @@ class DumpReader {
 
     DumpResult run() {
         while (readEntry()) continue;
-        folders_.leaveAll();
+        folders_.settleAll();
         meter_.report();
         result_.skipped = skipped_.take();
         return std::move(result_);
@@ -118,7 +118,6 @@ class DumpReader {
 
     bool unpack(const TarEntry& entry) {
         constexpr char gnuSparse = 'S';
-        folders_.leaveFor(entry.name);
         if (entry.type == gnuSparse && entry.hasSparseMap && !passSparseMap()) return false;
         if (entry.type == tarType::folder) return unpackFolder(entry);
         if (!isFile(entry.type)) return skip(entry);
@@ -136,7 +135,7 @@ class DumpReader {
         std::error_code error;
         if (target_.makeFolder(entry.name, error)) {
             result_.folders++;
-            folders_.enter(entry.name, entry.permissions, entry.modified);
+            folders_.add(entry.name, entry.permissions, entry.modified);
         } else if (isFatal(error)) {
             return failWriting(entry.name, error);
         } else if (error != std::errc::is_a_directory) {

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "supportsdk/proactive/files/Descriptor.h"
 #include "supportsdk/proactive/files/FileAttributes.h"
 #include "supportsdk/proactive/files/FolderWalk.h"
 #include "supportsdk/proactive/files/TargetFolder.h"
@@ -148,17 +149,25 @@ TEST(FolderWalkTest, OrderLinksAndEnds) {
 /// Paths of this depth are longer than the system takes them.
 TEST(FolderWalkTest, TwoThousandLevels) {
     const TemporaryFolder folder(test::folderInMemory());
+    folder.write("deep/last", "");
     std::string name;
-    std::error_code error;
-    auto target = TargetFolder::create(folder.path, error);
-    for (int level = 0; level < 2000; level++) name += "deep/";
-    ASSERT_TRUE(target->makeFolder(name, error)) << error.message();
-    ASSERT_TRUE(target->makeFile("deep/deep/last", error));
-
+    Descriptor level(open(folder.path.c_str(), O_RDONLY));
+    for (int count = 0; count < 2000; count++) {
+        mkdirat(level.get(), "deep", 0700);
+        level = Descriptor(openat(level.get(), "deep", O_RDONLY));
+        name += "deep/";
+    }
     const auto paths = pathsBelow(folder.path);
     ASSERT_EQ(paths.size(), 2001U);
     EXPECT_EQ(paths[1999] + "/", name);
-    EXPECT_EQ(paths[2000], "deep/deep/last") << "found again on the way up";
+    EXPECT_EQ(paths[2000], "deep/last") << "found again on the way up";
+
+    // The temporary folder itself cannot remove what is so deep.
+    EXPECT_EQ(std::system(("rm -rf " + (folder.path / "deep").string()).c_str()), 0);
+    std::error_code error;
+    EXPECT_FALSE(TargetFolder::create(folder.path, error)->makeFolder(name, error));
+    EXPECT_EQ(error, std::errc::filename_too_long);
+    EXPECT_TRUE(fs::is_empty(folder.path));
 }
 
 /// A folder that is moved away while what lies below it is visited: what follows in it is not

@@ -5,44 +5,33 @@ namespace supportsdk {
 namespace {
 
 constexpr std::uint32_t ownerMayAll = 0700;
-
-void settle(TargetFolder& target, std::string_view name, std::uint32_t permissions,
-            std::int64_t modified) {
-    // What cannot be had, on a file system without them for one, is not worth a failure.
-    std::error_code ignored;
-    if (const auto folder = target.openFolder(name, ignored))
-        folder->setAttributes(permissions, modified, ignored);
-}
+/// Beyond this, for an archive of folders without end, those that wait are settled early.
+constexpr std::size_t maximumBytes = std::size_t{4} * 1024 * 1024;
+constexpr std::size_t bytesBesideName = 128;
 
 }  // namespace
 
-void PendingFolders::enter(std::string_view name, std::uint32_t permissions,
-                           std::int64_t modified) {
-    while (name.ends_with('/')) name.remove_suffix(1);
-    settle(target_, name, permissions | ownerMayAll, modified);
-    leaveFor(name);
-    name_ = name;
-    folders_.push_back({name.size(), permissions, modified});
+void PendingFolders::add(const std::string& name, std::uint32_t permissions,
+                         std::int64_t modified) {
+    settle(name, {permissions | ownerMayAll, modified});
+    bytes_ += name.size() + bytesBesideName;
+    if (bytes_ > maximumBytes) settleAll();
+    folders_[name] = {permissions, modified};
 }
 
-void PendingFolders::leaveFor(std::string_view name) {
-    std::size_t around = 0;
-    while (around < folders_.size()) {
-        const auto length = folders_[around].nameLength;
-        const bool isAround = name.size() > length && name[length] == '/' &&
-                              name.substr(0, length) == std::string_view(name_).substr(0, length);
-        if (!isAround) break;
-        around++;
-    }
-    leaveTo(around);
+void PendingFolders::settleAll() {
+    // Inner ones first: the outer ones may shut them off.
+    for (auto folder = folders_.rbegin(); folder != folders_.rend(); ++folder)
+        settle(folder->first, folder->second);
+    folders_.clear();
+    bytes_ = 0;
 }
 
-void PendingFolders::leaveTo(std::size_t count) {
-    for (; folders_.size() > count; folders_.pop_back()) {
-        const auto& folder = folders_.back();
-        settle(target_, std::string_view(name_).substr(0, folder.nameLength), folder.permissions,
-               folder.modified);
-    }
+void PendingFolders::settle(const std::string& name, const Attributes& attributes) {
+    // What cannot be had, on a file system without them for one, is not worth a failure.
+    std::error_code ignored;
+    if (const auto folder = target_.openFolder(name, ignored))
+        folder->setAttributes(attributes.permissions, attributes.modified, ignored);
 }
 
 }  // namespace supportsdk

@@ -16,6 +16,8 @@ namespace {
 
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 constexpr mode_t everybody = 0777;
+/// Programs that remove folders hold each open on the way down, of 1,024 that they may.
+constexpr std::size_t maximumLevels = 500;
 
 std::error_code latestError() {
     return {errno, std::generic_category()};
@@ -26,15 +28,21 @@ std::optional<std::string> cleaned(std::string_view name, std::error_code& error
     error = std::make_error_code(std::errc::invalid_argument);
     if (name.starts_with('/') || name.find('\0') != std::string_view::npos) return std::nullopt;
     std::string clean;
+    std::size_t levels = 0;
     while (!name.empty()) {
         const auto end = std::min(name.find('/'), name.size());
         const auto part = name.substr(0, end);
         if (part == "..") return std::nullopt;
-        if (!part.empty() && part != ".") clean.append(clean.empty() ? "" : "/").append(part);
+        if (!part.empty() && part != ".") {
+            clean.append(clean.empty() ? "" : "/").append(part);
+            levels++;
+        }
         name.remove_prefix(std::min(end + 1, name.size()));
     }
-    error = clean.empty() ? std::make_error_code(std::errc::is_a_directory) : std::error_code();
-    return clean.empty() ? std::nullopt : std::optional(clean);
+    error.clear();
+    if (clean.empty()) error = std::make_error_code(std::errc::is_a_directory);
+    if (levels > maximumLevels) error = std::make_error_code(std::errc::filename_too_long);
+    return error ? std::nullopt : std::optional(clean);
 }
 
 struct Place {

@@ -20,7 +20,8 @@ namespace supportsdk {
 ///
 /// Errors are the system's, and these: a hostile name is std::errc::invalid_argument, the folder
 /// itself, and a file with a "/" at its end, std::errc::is_a_directory, anything but a plain file
-/// where one is to be std::errc::file_exists.
+/// where one is to be std::errc::file_exists, more than 500 levels, which few programs could remove
+/// again, std::errc::filename_too_long.
 class TargetFolder {
  public:
     /// Creates it with its parents. Nothing, with `error`, when that cannot be done. The path is
