@@ -59,8 +59,8 @@ struct DumpResult {
 /// place of what was there; until then it grows in `target` + ".part". Symbolic links are packed as
 /// what they lead to when that is a file. A file that shrinks meanwhile is filled up with zeros,
 /// one that grows is cut, so that what follows stays readable. `target` itself is left out. Two
-/// sources of the same last name: the second is skipped. Fails when no source is there, or the
-/// target cannot be written, by another packDump() that is at it for one.
+/// sources of the same last name: the second is skipped. Fails when there is nothing to pack,
+/// or the target cannot be written, by another packDump() that is at it for one.
 SUPPORTSDK_API DumpResult packDump(const std::vector<std::string>& sources,
                                    const std::string& target, const DumpOptions& options = {});
 

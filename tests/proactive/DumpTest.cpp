@@ -108,11 +108,11 @@ TEST_F(DumpTest, EveryTarGetsBackWhatWasPacked) {
     add("l\xe4tin", "one");
     add("two\nlines", "\n", 0600);
     add("modes/all", "", 0777);
-    add("modes/none", "secret", 0);
+    add("modes/few", "secret", 0400);
     add("times/before", "", 0644, -1'000'000'001);
     add("times/after", "", 0644, 8'589'934'592);
     ASSERT_TRUE(in_->makeFolder("empty/folder", error_));
-    ASSERT_TRUE(in_->openFolder("times", error_)->setAttributes(0550, 12345, error_));
+    ASSERT_TRUE(in_->openFolder("times", error_)->setAttributes(0750, 12345, error_));
     ASSERT_TRUE(in_->openFolder("empty", error_)->setAttributes(0711, -12345, error_));
 
     const auto result = pack();
@@ -165,6 +165,8 @@ TEST_F(DumpTest, SourcesUnderTheirLastNames) {
     EXPECT_EQ(packDump({"/", "absent"}, folder_.path / "new.tar.gz").end, End::failed);
     EXPECT_EQ(packDump({in}, folder_.path / "absent/new.tar.gz").end, End::failed);
     EXPECT_EQ(packDump({in}, in).end, End::failed);
+    EXPECT_EQ(packDump({archive_}, archive_).end, End::failed) << "nothing but the target";
+    EXPECT_EQ(unpack(archive_).files, 4U);
     EXPECT_THAT(filesBeside(), UnorderedElementsAre("in", "out", "dump.tar.gz"));
 }
 
@@ -255,7 +257,7 @@ TEST_F(DumpTest, ArchivesOfOtherTars) {
         add("n" + std::to_string(size), bytes(size));
     add(path, "needs two fields", 0640);
     add("private/file", "", 0400, 1);
-    ASSERT_TRUE(in_->openFolder("private", error_)->setAttributes(0550, 99, error_));
+    ASSERT_TRUE(in_->openFolder("private", error_)->setAttributes(0710, 99, error_));
     add(std::string(90, 'a') + "/" + std::string(200, 'c'), "needs an extension", 0640, -1);
     const auto rich = treeOf(folder_.path / "in");
 

@@ -39,9 +39,10 @@ class DumpWriter {
 
     DumpResult run(const std::vector<std::string>& paths) {
         const auto sources = dumpSources(paths, skipped_);
-        if (sources.empty())
+        const bool isPacked = !sources.empty() && open() && measure(sources) && pack(sources);
+        if (sources.empty() || (isPacked && result_.files + result_.folders == 0))
             fail("there is nothing to pack");
-        else if (open() && measure(sources) && pack(sources))
+        else if (isPacked)
             finish();
         result_.skipped = skipped_.take();
         return std::move(result_);
