@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "supportsdk/proactive/DCTar.h"
+#include "supportsdk/proactive/Dump.h"
 #include "supportsdk/proactive/GzipData.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -22,6 +23,10 @@ constexpr long allowedKibibytes = 8 * 1024;
 /// Deflate makes a thousandth of zeros, and not less.
 constexpr std::uintmax_t mostDeflated(std::uintmax_t length) {
     return length / 1100;
+}
+
+bool isDone(const DumpResult& result) {
+    return result.end == DumpResult::End::done && result.skipped.empty();
 }
 
 /// Peak of the resident memory of a child that does `work`, in KiB; -1 when it failed.
@@ -58,6 +63,9 @@ TEST(DumpMemory, StaysFixedWhateverTheSizeOfAFile) {
          mostDeflated(fileBytes)},
         {"inflate", [&] { return DCTar::fileInflate(*open("gz"), true, path("back/tar")); },
          "back/tar"},
+        {"pack", [&] { return isDone(packDump({path("plain")}, path("gz"))); }, "gz",
+         mostDeflated(fileBytes)},
+        {"unpack", [&] { return isDone(unpackDump(path("gz"), path("back"))); }, "back/plain/file"},
     };
     const auto idle = peakOf([] { return true; });
     for (const auto& work : works) {
