@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "fuzz/Fuzzing.h"
 #include "supportsdk/core/Fields.h"
 #include "supportsdk/core/RestResponse.h"
 #include "supportsdk/core/Support.h"
@@ -14,12 +15,9 @@
 #include "tests/support/FakePlatform.h"
 
 using namespace supportsdk;
+using fuzz::require;
 
 namespace {
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 double wholeNumber(const Json& response) {
     const auto text = stringForKey(response, "status");
