@@ -17,18 +17,26 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
+/// Writes down its life.
 class PlainScreen : public ScreenController {
  public:
-    explicit PlainScreen(std::string name) : name_(std::move(name)) {}
+    PlainScreen(std::string name, std::vector<std::string>& log)
+        : name_(std::move(name)), log_(log) {}
     [[nodiscard]] std::string_view className() const override { return name_; }
+    void viewDidLoad() override { log_.push_back(name_ + " loaded"); }
     void viewWillAppear() override {
+        log_.push_back(name_ + " appears");
         if (onAppearance) onAppearance();
     }
+    void viewDidAppear() override { log_.push_back(name_ + " there"); }
+    void viewWillDisappear() override { log_.push_back(name_ + " goes"); }
+    void viewDidDisappear() override { log_.push_back(name_ + " gone"); }
 
     std::function<void()> onAppearance;
 
  private:
     std::string name_;
+    std::vector<std::string>& log_;
 };
 
 class HostPresenterTest : public testing::Test {
@@ -42,8 +50,8 @@ class HostPresenterTest : public testing::Test {
         close(pipe_[1]);
     }
 
-    static std::shared_ptr<PlainScreen> screen(const std::string& name) {
-        return std::make_shared<PlainScreen>(name);
+    std::shared_ptr<PlainScreen> screen(const std::string& name) {
+        return std::make_shared<PlainScreen>(name, log);
     }
     std::shared_ptr<ScreenController> top() {
         return Support::topViewController(presenter->rootController());
@@ -61,6 +69,7 @@ class HostPresenterTest : public testing::Test {
         return all;
     }
 
+    std::vector<std::string> log;
     std::shared_ptr<test::FakeMainQueue> queue = std::make_shared<test::FakeMainQueue>();
     std::shared_ptr<HostPresenter> presenter;
 
@@ -80,8 +89,10 @@ TEST_F(HostPresenterTest, DismissesAPresentedLayerWithAllThatIsOnIt) {
     EXPECT_EQ(top(), more);
     EXPECT_TRUE(web->presentingController.lock());
     EXPECT_FALSE(more->presentingController.lock());
+    log.clear();
     presenter->dismiss(*web);
     EXPECT_EQ(top(), chat);
+    EXPECT_THAT(log, ElementsAre("More goes", "Chat appears", "More gone", "Chat there"));
     presenter->dismiss(*web);  // gone already
     presenter->present(more, nullptr);
     presenter->dismiss(*chat);  // and what lies over it
@@ -96,6 +107,8 @@ TEST_F(HostPresenterTest, ReportsAScreenBeforeTheOneThatItOpensAsItAppears) {
     list->onAppearance = [&] { presenter->push(detail, *list); };
     presenter->display(list);
     EXPECT_EQ(top(), detail);
+    EXPECT_THAT(log, ElementsAre("List loaded", "List appears", "Detail loaded", "List goes",
+                                 "Detail appears", "List gone", "Detail there"));
     EXPECT_THAT(reported(), ElementsAre("screen List", "screen Detail"));
     presenter->back();  // and the list opens it again
     EXPECT_EQ(top(), detail);

@@ -24,16 +24,6 @@ class SupportButtonIssuesTest : public ButtonTest {
     }
 };
 
-TEST_F(SupportButtonIssuesTest, CreatesStoresAndOpensAFirstIssue) {
-    button->actionChat();
-    EXPECT_THAT(requests(), ElementsAre("POST /issues/create"));
-    fakes.http->answerTo("/create", 200, results({{"id", "5"}, {"status", 1}}));
-    EXPECT_THAT(fakes.progress->shown, ElementsAre("status Starting Chat", "dismiss"));
-    EXPECT_THAT(told(), ElementsAre("ChatViewController"));
-    EXPECT_EQ(shownIssue()->id, "5");
-    EXPECT_EQ(storedIssue()["id"], "5");
-}
-
 TEST_F(SupportButtonIssuesTest, ResumesAnOpenIssueWithTheStoredCredentials) {
     store({{"id", "5"}, {"xmpp_data", "QUJD"}});
     button->actionChat();

@@ -50,7 +50,8 @@ TEST_F(SupportButtonMenuTest, RefusesATapWithoutAProviderAndSaysThatAMenuIsEmpty
 TEST_F(SupportButtonMenuTest, MapsTheThemesStyleToAPopupOrAList) {
     const std::vector<std::tuple<Json, int, std::string>> cases = {
         {"nomenu", 0, "popup"},  {"MENU", 1, "popup"},        {"button", 2, "menu"},
-        {"iconlist", 3, "menu"}, {"iconlistexit", 4, "menu"}, {Json(), 3, "menu"}};
+        {"iconlist", 3, "menu"}, {"iconlistexit", 4, "menu"}, {"hologram", 3, "menu"},
+        {Json(), 3, "menu"}};
     for (const auto& [style, menuStyle, shown] : cases) {
         loadStyle(style);
         button->clicked();

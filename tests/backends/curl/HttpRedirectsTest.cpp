@@ -7,25 +7,17 @@ using HttpRedirects = HttpFixture;
 
 TEST_F(HttpRedirects, areFollowedWithTheRightMethodAndBody) {
     LoopbackHttpServer server;
-    server.answer("/302", 302, "moved", {{"Location", "/end"}});
-    server.answer("/raw", 302, "", {{"Location", "/end?q=a b \xc3\xa4"}});
+    server.answer("/302", 302, "moved", {{"Location", "/end?q=a b \xc3\xa4"}});
     server.answer("/307", 307, "moved", {{"Location", "end?x=1"}});
     server.answer("/end", 200, "here");
-    const HttpHeaders headers = {{"Content-Type", "text/plain"}, {"X-Quorrand-Key", "k"}};
-
-    EXPECT_EQ(toText(post(server.url("/302"), "body", headers).body), "here");
-    auto arrived = server.lastRequest("/end");
-    EXPECT_EQ(arrived.method + arrived.body, "GET");
-    EXPECT_FALSE(arrived.hasHeader("Content-Type"));
-    EXPECT_EQ(arrived.header("X-Quorrand-Key"), "k");
-
-    EXPECT_EQ(toText(post(server.url("/307"), "body", headers).body), "here");
-    arrived = server.lastRequest("/end");
-    EXPECT_EQ(arrived.method + " " + arrived.target + " " + arrived.body, "POST /end?x=1 body");
-    EXPECT_EQ(arrived.header("Content-Type"), "text/plain");
-
-    EXPECT_EQ(toText(get(server.url("/raw")).body), "here");
-    EXPECT_EQ(server.lastRequest("/end").target, "/end?q=a%20b%20%C3%A4");
+    const auto arrived = [&](const char* path) {
+        EXPECT_EQ(toText(post(server.url(path), "body", {{"X-Quorrand-Key", "k"}}).body), "here");
+        const auto request = server.lastRequest("/end");
+        EXPECT_EQ(request.header("X-Quorrand-Key"), "k");
+        return request.method + " " + request.target + " " + request.body;
+    };
+    EXPECT_EQ(arrived("/302"), "GET /end?q=a%20b%20%C3%A4 ");
+    EXPECT_EQ(arrived("/307"), "POST /end?x=1 body");
 }
 
 TEST_F(HttpRedirects, endSomewhere) {

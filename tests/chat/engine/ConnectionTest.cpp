@@ -232,18 +232,6 @@ TEST_F(Engine, tellsTheEndOfAnOldStreamFromTheLossOfANewOne) {
     EXPECT_EQ(streams(), 3U);
 }
 
-TEST_F(Engine, reportsAJoinThatIsNotAnswered) {
-    chat->connect();
-    stream().authenticate();
-    stream().receive(
-        "<presence from='help@rooms.test/members_users:1' type='error'><error type='cancel'>"
-        "<conflict xmlns='urn:ietf:params:xml:ns:xmpp-stanzas'/></error></presence>");
-    advance(30s);
-    EXPECT_EQ(delegate->take(), (Heard{"connected", "join timed out"}));
-    EXPECT_THAT(fake.log->lines, testing::Contains(testing::HasSubstr("conflict")));
-    EXPECT_EQ(stream().sent.size(), 3U) << "once more, and no answer";
-}
-
 TEST_F(Engine, pingsAndDropsAConnectionOnWhichNobodyAnswers) {
     join();
     advance(120s);

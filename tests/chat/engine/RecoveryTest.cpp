@@ -205,6 +205,7 @@ TEST_F(Engine, waitsForItsOwnGhostToLeaveTheRoom) {
     }
     EXPECT_EQ(stream().sent.size(), 12U);
     EXPECT_EQ(delegate->take(), (Heard{"lost", "connected", "join timed out"}));
+    EXPECT_THAT(fake.log->lines, testing::Contains(testing::HasSubstr("conflict")));
     refuse("wait", "service-unavailable");
     advance(29s);
     EXPECT_EQ(stream().sent.size(), 12U) << "no hurry any more";
