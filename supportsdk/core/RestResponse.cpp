@@ -22,7 +22,7 @@ std::optional<Json> decode(const HttpResponse& response) {
 
 /// Marks a failure under a status that means success, which would else look like an answer that
 /// says nothing.
-constexpr const char* unreadableKey = "unreadable";
+constexpr const char* unreadableKey = "com.goquorrand.supportsdk.unreadable";
 
 std::string describeFailure(const HttpResponse& response) {
     if (!response.error.empty()) return response.error;
@@ -54,6 +54,8 @@ RestResponse readResponse(const HttpResponse& response) {
     if (response.error.empty() && isAccepted(response.status)) {
         if (auto body = decode(response)) {
             (*body)["status"] = response.status;
+            // The mark is the kit's alone.
+            body->erase(unreadableKey);
             return {true, *std::move(body)};
         }
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <memory>
@@ -39,6 +40,8 @@ class SUPPORTSDK_API Check {
     [[nodiscard]] Json dict() const;
     /// One line for logs.
     [[nodiscard]] std::string toString() const;
+    /// How many open files it holds.
+    [[nodiscard]] virtual std::size_t fileCount() const { return 0; }
 
     const CheckType type;
     const std::string name;
@@ -86,6 +89,8 @@ class SUPPORTSDK_API CheckAppDump : public Check {
  public:
     CheckAppDump(std::uint64_t checkStatus, std::optional<std::string> checkStatusDetail,
                  const FileHandles& files);
+
+    [[nodiscard]] std::size_t fileCount() const override { return files.size(); }
 
     const FileHandles files;
 

@@ -1,6 +1,7 @@
 #include "supportsdk/proactive/DumpUpload.h"
 
 #include <algorithm>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -35,12 +36,12 @@ void appendLines(Bytes& json, std::span<const std::byte> piece) {
 }
 
 /// Up to where the encoded file begins.
-Bytes beginning(const Json& owner, std::uintmax_t fileSize) {
+Bytes beginning(const Json& owner, std::uintmax_t length) {
     auto head = dumpJson(owner);
     head.back() = owner.empty() ? ' ' : ',';
     head += "\"file_data\":\"";
     Bytes json;
-    const auto lines = static_cast<std::size_t>(fileSize) / lineBytes + 1;
+    const auto lines = static_cast<std::size_t>(length) / lineBytes + 1;
     json.reserve(head.size() + lines * (lineCharacters + lineEnd.size()) + lineEnd.size());
     append(json, head);
     return json;
@@ -50,14 +51,20 @@ DumpBody failed(std::string problem) {
     return {{}, std::move(problem)};
 }
 
+std::uintmax_t lengthOfRest(const FileHandle& file) {
+    const auto size = file.size();
+    return size - std::min(size, file.place());
+}
+
 }  // namespace
 
 DumpBody dumpUploadBody(const Json& owner, FileHandle& file,
-                        const std::function<bool()>& isWanted) {
+                        const std::function<bool()>& isWanted) try {
     const auto tooLong = [] { return failed("The file is too long to be uploaded."); };
     if (!file.isPlain()) return failed("The file is not a plain file.");
-    if (file.size() > maximumDumpBytes) return tooLong();
-    auto json = beginning(owner, file.size());
+    const auto length = lengthOfRest(file);
+    if (length > maximumDumpBytes) return tooLong();
+    auto json = beginning(owner, length);
     Bytes piece(pieceBytes);
     std::size_t total = 0;
     while (isWanted()) {
@@ -73,6 +80,8 @@ DumpBody dumpUploadBody(const Json& owner, FileHandle& file,
         }
     }
     return failed("The upload is not wanted any more.");
+} catch (const std::bad_alloc&) {
+    return failed("There is not enough memory for the file.");
 }
 
 }  // namespace supportsdk

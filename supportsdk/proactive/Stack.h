@@ -24,21 +24,30 @@ class SUPPORTSDK_API Stack {
     /// Takes the first check, whose turn would come last, from its first place alone. Null from an
     /// empty list.
     std::shared_ptr<const Check> takeFirst();
+    /// The same of those that hold files.
+    std::shared_ptr<const Check> takeFirstWithFiles();
 
     /// The list at this moment, in the order of pushing.
     [[nodiscard]] Checks contents() const;
     /// Takes no lock.
     [[nodiscard]] std::size_t size() const { return size_.load(); }
+    /// The files of all checks; takes no lock.
+    [[nodiscard]] std::size_t fileCount() const { return fileCount_.load(); }
 
  private:
+    using Queue = std::deque<std::shared_ptr<const Check>>;
+
     void add(std::shared_ptr<const Check> check);
+    std::shared_ptr<const Check> take(Queue::iterator place);
+    void didRemove(const Check& check, std::size_t places);
 
     mutable std::mutex mutex_;
-    std::deque<std::shared_ptr<const Check>> queue_;  // under mutex_
+    Queue queue_;  // under mutex_
     /// How often each check stands in the list: without it, each pop() would have to search all of
     /// the list for a check that is nearly always there once.
     std::unordered_map<const Check*, std::size_t> places_;  // under mutex_
     std::atomic<std::size_t> size_ = 0;
+    std::atomic<std::size_t> fileCount_ = 0;
 };
 
 }  // namespace supportsdk

@@ -26,7 +26,6 @@ bool SupportSDKProactive::loadConfigurationFile(const std::string& fileName) {
     if (!json || !json->is_object()) return false;
     if (sdk) sdk->retire();
     sdk = Support::create(*json, weak_from_this(), platform_);
-    uploadNext();
     return sdk != nullptr;
 }
 
@@ -109,14 +108,15 @@ void SupportSDKProactive::enqueue(const Checks& checks) {
         isFirst = !excess.empty() && !std::exchange(isExcessLogged_, true);
     }
     if (isFirst) {
-        platform_->log->write("more than " + std::to_string(maximumQueuedChecks) +
-                              " checks are waiting - dropping those that would be sent last");
+        platform_->log->write(
+            "too many checks or files are waiting - dropping those that would be sent last");
     }
 }
 
 Checks SupportSDKProactive::takeExcess() {
     Checks excess;
     while (stack.size() > maximumQueuedChecks) excess.push_back(stack.takeFirst());
+    while (stack.fileCount() > maximumWaitingFiles) excess.push_back(stack.takeFirstWithFiles());
     return excess;
 }
 

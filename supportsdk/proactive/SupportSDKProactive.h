@@ -31,6 +31,10 @@ class SUPPORTSDK_API SupportSDKProactive
     /// More checks than this do not wait: for each one that comes the one goes whose turn would
     /// come last, which is the oldest unless checks came back. Logged once until the next flush.
     static constexpr std::size_t maximumQueuedChecks = 10000;
+    /// More files than this are not held open by checks that wait, nor by uploads that wait: they
+    /// come out of what the host's process may open. Of the checks with files the one goes whose
+    /// turn would come last; an upload fails.
+    static constexpr std::size_t maximumWaitingFiles = 128;
 
     /// Loads a configuration file as loadConfigurationFile() does; `customerInfo` (an object) is
     /// resolved once settings are in.
@@ -87,7 +91,8 @@ class SUPPORTSDK_API SupportSDKProactive
     /// Uploads the files as they are, one after the other; null throws as in uploadFile().
     void compressAndUploadDumpFiles(const FileHandles& files);
     /// Throws std::logic_error without a file. What becomes of it is logged. Waits for the uploads
-    /// before it, and for a configuration.
+    /// before it; fails when there is no `sdk`, or another one by then: a file is for one service.
+    /// Neither the settings nor the feature's switch are asked.
     void uploadFile(const std::shared_ptr<FileHandle>& file);
     /// Makes no folder.
     static std::optional<std::string> buildTempFolderPath();
@@ -115,7 +120,8 @@ class SUPPORTSDK_API SupportSDKProactive
     Checks drain();
     void send(const Checks& checks);
     void uploadNext();
-    void uploadDidEnd();
+    void uploadDidEnd(bool isAnswered);
+    void logFailedUpload(const std::string& why);
     void uploadDidSucceed(const Json& response);
     void uploadDidFail(const Json& response);
 
@@ -123,8 +129,12 @@ class SUPPORTSDK_API SupportSDKProactive
     /// Taken before the stack's own.
     std::mutex mutex_;
     bool isExcessLogged_ = false;  // under mutex_
+    struct WaitingFile {
+        std::weak_ptr<Support> destination;
+        std::shared_ptr<FileHandle> file;
+    };
     /// Files that wait for the upload before them: each one is in memory while it is sent.
-    std::deque<std::shared_ptr<FileHandle>> uploads_;
+    std::deque<WaitingFile> uploads_;
     bool isUploading_ = false;
 };
 

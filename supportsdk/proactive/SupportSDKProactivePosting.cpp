@@ -10,11 +10,22 @@ namespace supportsdk {
 
 namespace {
 
+/// The service does not choose how long a line of the host's log gets.
+constexpr std::size_t maximumLoggedBytes = 256;
+
+std::string shortened(std::string text) {
+    if (text.size() <= maximumLoggedBytes) return text;
+    auto end = maximumLoggedBytes;
+    const auto isInsideOfCharacter = [&] { return (text[end] & 0xC0) == 0x80; };
+    while (end > 0 && isInsideOfCharacter()) --end;
+    return text.substr(0, end) + "...";
+}
+
 std::string described(const Json& response, const char* key) {
     const auto* value = valueForKey(response, key);
     if (!value) return "(null)";
     if (value->is_null()) return "<null>";
-    return stringForKey(response, key).value_or(dumpJson(*value));
+    return shortened(stringForKey(response, key).value_or(dumpJson(*value)));
 }
 
 }  // namespace
@@ -31,16 +42,21 @@ class SupportSDKProactive::Upload {
     ~Upload() {
         const auto queue = queue_.lock();
         if (!queue) return;
-        queue->post([owner = owner_] {
-            if (const auto self = owner.lock()) self->uploadDidEnd();
+        queue->post([owner = owner_, isAnswered = isAnswered_] {
+            if (const auto self = owner.lock()) self->uploadDidEnd(isAnswered);
         });
     }
 
-    [[nodiscard]] std::shared_ptr<SupportSDKProactive> owner() const { return owner_.lock(); }
+    /// Who is to be told of the answer that has come.
+    [[nodiscard]] std::shared_ptr<SupportSDKProactive> answered() {
+        isAnswered_ = true;
+        return owner_.lock();
+    }
 
  private:
     const std::weak_ptr<SupportSDKProactive> owner_;
     const std::weak_ptr<MainQueue> queue_;
+    bool isAnswered_ = false;
 };
 
 void SupportSDKProactive::checkQueueFlushHandler() {
@@ -105,40 +121,50 @@ void SupportSDKProactive::uploadFile(const std::shared_ptr<FileHandle>& file) {
         platform_->log->write("unexpected error uploading file");
         throw std::logic_error("file empty/undefined, unable to upload");
     }
-    uploads_.push_back(file);
+    if (!sdk) return logFailedUpload("There is no configuration.");
+    if (uploads_.size() == maximumWaitingFiles) return logFailedUpload("Too many files wait.");
+    uploads_.push_back({sdk, file});
     uploadNext();
 }
 
 void SupportSDKProactive::uploadNext() {
-    if (!sdk || isUploading_ || uploads_.empty()) return;
-    auto file = std::move(uploads_.front());
+    if (isUploading_ || uploads_.empty()) return;
+    const auto [destination, file] = std::move(uploads_.front());
     uploads_.pop_front();
+    if (destination.lock() != sdk) {
+        logFailedUpload("Its service is not the present one any more.");
+        return uploadNext();
+    }
     isUploading_ = true;
     const auto upload = std::make_shared<Upload>(weak_from_this(), platform_->mainQueue);
     sdk->upload(
-        std::move(file),
+        file,
         [upload](const Json& response) {
-            if (const auto self = upload->owner()) self->uploadDidSucceed(response);
+            if (const auto self = upload->answered()) self->uploadDidSucceed(response);
         },
         [upload](const Json& response) {
-            if (const auto self = upload->owner()) self->uploadDidFail(response);
+            if (const auto self = upload->answered()) self->uploadDidFail(response);
         });
 }
 
-void SupportSDKProactive::uploadDidEnd() {
+void SupportSDKProactive::uploadDidEnd(bool isAnswered) {
     isUploading_ = false;
+    if (!isAnswered) logFailedUpload("No answer could be read.");
     uploadNext();
 }
 
+void SupportSDKProactive::logFailedUpload(const std::string& why) {
+    platform_->log->write(why + " file upload failed");
+}
+
 void SupportSDKProactive::uploadDidSucceed(const Json& response) {
-    const auto message = described(response, "message");
-    platform_->log->write(boolForKey(response, "uploaded")
-                              ? message + " file upload succeeded " + described(response, "payload")
-                              : message + " file upload failed");
+    if (!boolForKey(response, "uploaded")) return uploadDidFail(response);
+    platform_->log->write(described(response, "message") + " file upload succeeded " +
+                          described(response, "payload"));
 }
 
 void SupportSDKProactive::uploadDidFail(const Json& response) {
-    platform_->log->write(described(response, "message") + " file upload failed");
+    logFailedUpload(described(response, "message"));
 }
 
 std::optional<std::string> SupportSDKProactive::buildTempFolderPath() {

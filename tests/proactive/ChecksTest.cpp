@@ -80,7 +80,7 @@ TEST(CheckResponseTest, TheWholeNumberOfTheStatusDecides) {
         {{{"status", nullptr}}, "failure"},
         {{{"status", {200}}}, "failure"},
         {Json::object(), "failure"},
-        {{{"status", 200}, {"message", "?"}, {"unreadable", true}}, ""},
+        {{{"status", 200}, {"message", "?"}, {"com.goquorrand.supportsdk.unreadable", true}}, ""},
         {{200}, ""},
     };
     for (const auto& [response, expected] : cases) {
@@ -122,9 +122,11 @@ TEST_F(DumpUploadTest, TheBodyByteForByte) {
         EXPECT_EQ(body.problem, "") << size;
         EXPECT_TRUE(toText(body.json) == expected) << size;
     }
-    const auto file = fileOf("....M");
+    const auto file = fileOf("");
+    std::filesystem::resize_file(folder.path / "dump", maximumDumpBytes);
+    std::ofstream(folder.path / "dump", std::ios::app) << "M";
     std::error_code error;
-    ASSERT_TRUE(file->seek(4, error));
+    ASSERT_TRUE(file->seek(maximumDumpBytes, error)) << "of a file that is too long as a whole";
     const auto whatIsLeft = dumpUploadBody(Json::object(), *file, always);
     EXPECT_EQ(parseJson(toText(whatIsLeft.json)), Json({{"file_data", "TQ=="}}));
 }

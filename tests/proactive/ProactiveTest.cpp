@@ -118,6 +118,26 @@ TEST_F(ProactiveTest, TheQueueKeepsItsLimitAndSaysSoOnceAFlush) {
     EXPECT_EQ(proactive->stack.size(), SupportSDKProactive::maximumQueuedChecks);
 }
 
+TEST_F(ProactiveTest, WhatWaitsHoldsFewFilesOpen) {
+    const auto held = file("M");
+    const auto limit = SupportSDKProactive::maximumWaitingFiles;
+    queue({"A"});
+    for (std::size_t i = 0; i <= limit; ++i) {
+        proactive->putAppDumpCheckWithFile(held, i, std::nullopt);
+    }
+    const auto waiting = proactive->stack.contents();
+    ASSERT_EQ(waiting.size(), limit + 1);
+    EXPECT_EQ(waiting[1]->checkStatus, 1U) << "the first dump has gone";
+    EXPECT_THAT(logged(), testing::SizeIs(1));
+    settingsArrive();
+    proactive->checkQueueFlushHandler();
+    EXPECT_EQ(proactive->stack.fileCount(), 0U);
+    proactive->uploadFile(held);
+    EXPECT_THAT(logged(), IsEmpty()) << "one is on its way";
+    proactive->uploadFile(held);
+    EXPECT_THAT(logged(), ElementsAre("Too many files wait. file upload failed"));
+}
+
 TEST_F(ProactiveTest, DumpsFollowTheirCheckOneAtATimeWhateverBecomesOfThem) {
     settingsArrive();
     proactive->putAppDumpCheckWithFile(nullptr, 1, std::nullopt);
@@ -132,7 +152,7 @@ TEST_F(ProactiveTest, DumpsFollowTheirCheckOneAtATimeWhateverBecomesOfThem) {
 
     fakes.http->answer(1, 200, {{"uploaded", true}, {"message", "M"}, {"payload", {{"id", 7}}}});
     fakes.queue->drain();
-    fakes.http->answer(2, 200, {{"uploaded", true}, {"message", nullptr}});
+    fakes.http->answer(2, 200, {{"uploaded", true}, {"payload", std::string(255, '.') + "\u00e4"}});
     fakes.queue->drain();
     fakes.http->answerRaw(3, {200, {}, toBytes("no JSON"), ""});
     fakes.queue->drain();
@@ -141,10 +161,12 @@ TEST_F(ProactiveTest, DumpsFollowTheirCheckOneAtATimeWhateverBecomesOfThem) {
     proactive->uploadFile(file("last"));
     fakes.queue->drain();
     fakes.http->answer(5, 200, {{"uploaded", false}});
-    EXPECT_THAT(logged(), ElementsAre("The file is not a plain file. file upload failed",
-                                      R"(M file upload succeeded {"id":7})",
-                                      "<null> file upload succeeded (null)",
-                                      "No route file upload failed", "(null) file upload failed"));
+    EXPECT_THAT(logged(),
+                ElementsAre("The file is not a plain file. file upload failed",
+                            R"(M file upload succeeded {"id":7})",
+                            "(null) file upload succeeded " + std::string(255, '.') + "...",
+                            "No answer could be read. file upload failed",
+                            "No route file upload failed", "(null) file upload failed"));
 }
 
 TEST_F(ProactiveTest, WithoutAFileThereIsNothingToUploadOrCompress) {
@@ -164,6 +186,7 @@ TEST_F(ProactiveTest, AConfigurationThatComesLaterTakesOver) {
         queue({"early"});
         proactive->checkQueueFlushHandler();
         proactive->uploadFile(file("M"));
+        EXPECT_EQ(logged().back(), "There is no configuration. file upload failed");
         proactive->getCustomerWithInformation(Json{{"a", "b"}});
         EXPECT_FALSE(proactive->loadConfigurationFile(nothing));
     }
@@ -174,13 +197,25 @@ TEST_F(ProactiveTest, AConfigurationThatComesLaterTakesOver) {
     EXPECT_TRUE(former->isRetired());
     fakes.http->answer(0, 200, {{"supportProactiveEnabled", true}});
     fakes.queue->drain();
-    EXPECT_THAT(sent(), ElementsAre("", "", "TQ==")) << "former settings are no news";
+    EXPECT_THAT(sent(), ElementsAre("", "")) << "former settings are no news";
     fakes.http->answer(1, 200, {{"supportProactiveEnabled", true}});
     EXPECT_THAT(fakes.http->sent.back().request.url, EndsWith("/customers/resolve"));
     proactive->checkQueueFlushHandler();
     EXPECT_EQ(sent().back(), "early;");
     EXPECT_FALSE(SupportSDKProactive::jsonFromData("7") || SupportSDKProactive::jsonFromData("{"));
     EXPECT_EQ(SupportSDKProactive::jsonFromData("[]"), Json::array());
+}
+
+TEST_F(ProactiveTest, FilesForOneServiceDoNotGoToTheNext) {
+    settingsArrive();
+    for (const auto* content : {"M", "MM", "MMM"}) proactive->uploadFile(file(content));
+    EXPECT_TRUE(proactive->loadConfigurationFile("support"));
+    proactive->uploadFile(file("MMMM"));
+    fakes.queue->drain();
+    EXPECT_THAT(sent(), ElementsAre("", "TU1NTQ=="));
+    const std::string former = "Its service is not the present one any more. file upload failed";
+    EXPECT_THAT(logged(),
+                ElementsAre("No answer could be read. file upload failed", former, former));
 }
 
 TEST_F(ProactiveTest, NobodyIsToldOnceItIsGone) {

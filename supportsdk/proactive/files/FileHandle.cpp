@@ -136,6 +136,12 @@ bool FileHandle::isAtPath(const std::string& path) const {
            own.st_dev == there.st_dev && own.st_ino == there.st_ino;
 }
 
+std::uintmax_t FileHandle::place() const {
+    const std::lock_guard lock(mutex_);
+    const auto place = ::lseek(descriptor_, 0, SEEK_CUR);
+    return place < 0 ? 0 : static_cast<std::uintmax_t>(place);
+}
+
 std::uintmax_t FileHandle::size() const {
     const std::lock_guard lock(mutex_);
     struct stat status {};

@@ -47,6 +47,8 @@ class SUPPORTSDK_API FileHandle {
     [[nodiscard]] bool isPlain() const;
     /// Whether the path, or what a link there leads to, is this very file.
     [[nodiscard]] bool isAtPath(const std::string& path) const;
+    /// Where reading and writing go on; 0 when there is no such place, as in a pipe.
+    [[nodiscard]] std::uintmax_t place() const;
     /// Of the file as it is now; 0 when it is not known.
     [[nodiscard]] std::uintmax_t size() const;
 

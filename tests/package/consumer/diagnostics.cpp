@@ -1,5 +1,6 @@
 #include <backends/LinuxPlatform.h>
 #include <backends/asio/AsioMainQueue.h>
+#include <supportsdk/core/Support.h>
 #include <supportsdk/proactive/SupportSDKProactive.h>
 #include <supportsdk/proactive/files/FileHandle.h>
 
@@ -13,7 +14,13 @@ int main() {
     diagnostics->putAppCloudCheck("orders.example.com", 0, std::nullopt);
     diagnostics->putAppDumpCheckWithFile(
         supportsdk::FileHandle::forReadingAtPath("/var/log/app.log"), 1, "after a restart");
-    // Now and then, once the settings are in; nothing is sent without it:
-    diagnostics->checkQueueFlushHandler();
+    // Nothing is sent without this; before the settings are in, checks go back to the queue.
+    supportsdk::Registration timer;
+    std::function<void()> flush = [&] {
+        if (diagnostics->sdk) diagnostics->sdk->getSettings();  // nothing when they are in
+        diagnostics->checkQueueFlushHandler();
+        timer = loop->after(std::chrono::seconds{20}, flush);
+    };
+    timer = loop->after(std::chrono::seconds{2}, flush);
     loop->poll();  // or loop->run()
 }
