@@ -53,6 +53,7 @@ class SUPPORTSDK_API DCTar {
     /// the caller's own. True when the name says neither, and when gunzipping failed.
     static bool decompressFileAtPath(const std::string& path, const std::string& target,
                                      ErrorSlot error);
+    /// False, and no folder, when `data` is no gzip.
     static bool decompressData(std::span<const std::byte> data, const std::string& target,
                                ErrorSlot error);
 
@@ -60,10 +61,10 @@ class SUPPORTSDK_API DCTar {
 
     /// Archives what is below the folder `path`, with names relative to it, into `target`, which is
     /// replaced unless it is a folder, or the source itself. A plain file gives an archive of
-    /// nothing. Links are packed as what they lead to, a folder without its content; pipes,
-    /// devices, dangling links and what cannot be read are left out. A name that is not ASCII
-    /// becomes an empty one; of a path that is too long for a header the end is kept. Nothing is
-    /// left of an archive that could not be completed.
+    /// nothing; a target below the source becomes a part of itself. Links are packed as what they
+    /// lead to, a folder without its content; pipes, devices, dangling links and what cannot be
+    /// read are left out. A name that is not ASCII becomes an empty one; of a path that is too long
+    /// for a header the end is kept. Nothing is left of an archive that could not be completed.
     static bool tarFileAtPath(const std::string& path, const std::string& target, ErrorSlot error);
     /// One entry of that walk: header, then the data of a file.
     static bool chunkedWriteDataFromPath(const std::string& path, const std::string& folder,
@@ -79,6 +80,7 @@ class SUPPORTSDK_API DCTar {
 
     // --- Reading (DCTarReading.cpp) ---
 
+    /// False without an error also when the file cannot be opened; nothing is created then.
     static bool untarFileAtPath(const std::string& path, const std::string& target,
                                 ErrorSlot error);
     static bool untarData(std::span<const std::byte> data, const std::string& target,

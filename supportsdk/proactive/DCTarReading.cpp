@@ -101,7 +101,10 @@ class Extraction {
  private:
     /// Returns how far the next header is.
     std::uintmax_t extractEntry(std::uintmax_t offset) {
-        const TarObject header = source_.read(offset, tarBlockBytes, tarBlockBytes);
+        const auto block = source_.read(offset, tarBlockBytes, tarBlockBytes);
+        // What is cut off would read as the empty file of that name, and replace it.
+        if (block.size() < tarBlockBytes) return tarBlockBytes;
+        const TarObject header = block;
         const auto name = DCTar::nameForObject(header, 0);
         switch (DCTar::typeForObject(header, 0)) {
             case tarType::folder:

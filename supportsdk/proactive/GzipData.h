@@ -11,8 +11,8 @@ namespace supportsdk {
 
 /// gzip (RFC 1952) of bytes in memory. Any thread.
 
-/// A block in memory that grows beyond this counts as damaged: some kilobytes of input can ask for
-/// all the memory there is.
+/// What grows beyond this is not restored in memory: some kilobytes of input can ask for all the
+/// memory there is. Files have no such limit (DCTar::gzipDecompress).
 inline constexpr std::size_t maximumInflatedBytes = std::size_t{256} * 1024 * 1024;
 
 /// Whether the data begins as gzip does.
@@ -26,7 +26,8 @@ SUPPORTSDK_API std::optional<Bytes> gzippedDataWithCompressionLevel(std::span<co
 SUPPORTSDK_API std::optional<Bytes> gzippedData(std::span<const std::byte> data);
 
 /// Data that is empty or no gzip comes back as it is. Of damaged data, what there was of it, filled
-/// up with zero bytes to the length that the buffer had. Nothing when there is no memory.
+/// up with zero bytes to the length that the buffer had. Nothing beyond maximumInflatedBytes, and
+/// when there is no memory.
 SUPPORTSDK_API std::optional<Bytes> gunzippedData(std::span<const std::byte> data);
 
 }  // namespace supportsdk

@@ -43,22 +43,23 @@ class GrowingOutput {
     std::size_t used_ = 0;
 };
 
-InflatedBytes inflateAll(ZStream& stream, std::span<const std::byte> input, std::size_t length) {
+std::optional<InflatedBytes> inflateAll(ZStream& stream, std::span<const std::byte> input,
+                                        std::size_t length) {
     const auto growth = std::max<std::size_t>(input.size() / 2, 1);
     GrowingOutput output(std::min(length, maximumInflatedBytes),
                          std::min(input.size() * 2, maximumInflatedBytes));
     while (true) {
         if (output.isFull()) {
             const auto left = maximumInflatedBytes - output.length();
-            if (left == 0) break;
+            if (left == 0) return std::nullopt;
             output.grow(std::min(growth, left));
         }
         const auto state = output.step(stream, input, ZStream::Flush::sync);
-        if (state == ZStream::State::ended) return {output.takeUsed(), true};
+        if (state == ZStream::State::ended) return InflatedBytes{output.takeUsed(), true};
         // Room is left, so the input ended before the stream did.
         if (state == ZStream::State::failed || !output.isFull()) break;
     }
-    return {output.takeWhole(), false};
+    return InflatedBytes{output.takeWhole(), false};
 }
 
 }  // namespace

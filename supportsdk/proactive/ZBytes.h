@@ -18,12 +18,12 @@ struct InflatedBytes {
     /// What came out; when the stream did not end, filled up with zeros to the length that the
     /// buffer had.
     Bytes bytes;
-    /// Not for a stream that is damaged, cut, or of more than maximumInflatedBytes.
+    /// Not for a stream that is damaged or cut.
     bool ended = false;
 };
 
 /// Into a buffer whose length begins with `length` and grows by half of the data's; it has room for
-/// twice that from the beginning.
+/// twice that from the beginning. Nothing when it grows beyond maximumInflatedBytes.
 std::optional<InflatedBytes> inflateBytes(std::span<const std::byte> data, ZFormat format,
                                           std::size_t length);
 

@@ -213,6 +213,7 @@ TEST_F(DCTarFiles, AHostileNameIsMissingAndHarmsNothing) {
                                     "linked"s, "pipe"s, "dir"s, "no/x"s, "x/"s, "x\xFF"s}) {
         archive += entry(name, '0', "text") + entry(name, '0');
     }
+    archive += entry("dir/old", '0').substr(0, 120);
     EXPECT_TRUE(DCTar::untarData(toBytes(archive), at("in"), nullptr));
     EXPECT_EQ(contentsOf(box.path), before);
 }

@@ -215,7 +215,7 @@ TEST_F(GzipTest, BombsInMemoryAreDamage) {
     Bytes zeros(maximumInflatedBytes + 1);
     const auto tooMuch = gzippedDataWithCompressionLevel(zeros, 0.1F).value();
     EXPECT_FALSE(DCTar::gzipDecompress(tooMuch));
-    EXPECT_EQ(gunzippedData(tooMuch)->size(), maximumInflatedBytes);
+    EXPECT_EQ(gunzippedData(tooMuch), std::nullopt) << "a part would pass for the whole";
     zeros.pop_back();
     const auto enough = gzippedDataWithCompressionLevel(zeros, 0.1F).value();
     EXPECT_TRUE(DCTar::gzipDecompress(enough) == zeros);
