@@ -2,21 +2,18 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
+#include "fuzz/Fuzzing.h"
 #include "supportsdk/proactive/DCTar.h"
 #include "supportsdk/proactive/GzipData.h"
 
 using namespace supportsdk;
+using fuzz::require;
 
 namespace {
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 /// Where a file can be written often without wearing a disk.
 std::string targetPath() {
