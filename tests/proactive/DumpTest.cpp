@@ -105,6 +105,8 @@ TEST_F(DumpTest, EveryTarGetsBackWhatWasPacked) {
     add("Gr\xc3\xbc\xc3\x9f"
         "e/\xe2\x82\xac",
         "UTF-8");
+    add("\xc3\xa4", "composed");
+    add("a\xcc\x88", "decomposed");
     add("l\xe4tin", "one");
     add("two\nlines", "\n", 0600);
     add("modes/all", "", 0777);
@@ -122,7 +124,7 @@ TEST_F(DumpTest, EveryTarGetsBackWhatWasPacked) {
     EXPECT_EQ(result.files + result.folders, packed.size() + 1);
     EXPECT_TRUE(run("gzip -t " + archive_));
 
-    for (const std::string tar : {"tar", "bsdtar"}) {
+    for (const std::string tar : {"tar", "bsdtar", "LC_ALL=C bsdtar"}) {
         fs::create_directory(out_);
         EXPECT_TRUE(run(tar + " -xpzf " + archive_ + " -C " + out_.string())) << tar;
         EXPECT_EQ(treeOf(out_ / "in"), packed) << tar;

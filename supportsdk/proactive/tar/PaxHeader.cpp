@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string>
 
-#include "supportsdk/core/Fields.h"
 #include "supportsdk/proactive/tar/PaxRecords.h"
 #include "supportsdk/proactive/tar/TarHeader.h"
 
@@ -45,12 +44,13 @@ class Records {
     void add(std::string_view key, std::string_view value, bool fits) {
         if (fits) return;
         text_ += paxRecord(key, value);
-        isBinary_ = isBinary_ || !isUtf8(value);
+        isBinary_ = isBinary_ || !isAscii(value);
     }
     void add(std::string_view key, std::int64_t value, bool fits) {
         if (!fits) add(key, std::to_string(value), false);
     }
-    /// Texts count as UTF-8 unless the first record says otherwise.
+    /// Texts count as UTF-8 unless the first record says otherwise, and bsdtar composes those: two
+    /// names of one sight would become one file.
     [[nodiscard]] std::string text() const {
         return (isBinary_ ? paxRecord("hdrcharset", "BINARY") : "") + text_;
     }
