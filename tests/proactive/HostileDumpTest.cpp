@@ -28,7 +28,7 @@ std::string blocks(std::string text) {
 std::string entry(const std::string& name, const std::string& content, char type = '0',
                   const std::function<void(TarBlock&)>& change = nullptr) {
     FileAttributes attributes;
-    attributes.permissions = 0644;
+    attributes.permissions = 0755;
     attributes.size = content.size();
     auto header = makeTarHeader({"", name}, attributes, type);
     if (change) change(header);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <utility>
 
 #include "supportsdk/proactive/Dump.h"
 #include "supportsdk/proactive/dump/DumpMeter.h"
@@ -34,8 +35,8 @@ struct Place {
 
 class DumpWriter {
  public:
-    DumpWriter(const std::string& target, const DumpOptions& options)
-        : target_(target), options_(options), meter_(options), buffer_(bufferBytes) {}
+    DumpWriter(std::string target, const DumpOptions& options)
+        : target_(std::move(target)), options_(options), meter_(options), buffer_(bufferBytes) {}
 
     DumpResult run(const std::vector<std::string>& paths) {
         const auto sources = dumpSources(paths, skipped_);

@@ -12,7 +12,7 @@ class SkippedNames {
  public:
     static constexpr std::size_t maximum = 1000;
     /// A name may have a MiB, which nobody reads.
-    static constexpr std::size_t maximumLength = 16 * 1024;
+    static constexpr std::size_t maximumLength = std::size_t{16} * 1024;
 
     void add(std::string name) {
         if (name.size() > maximumLength) name.resize(maximumLength);

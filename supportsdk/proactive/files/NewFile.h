@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "supportsdk/proactive/files/Descriptor.h"
 #include "supportsdk/proactive/files/FileHandle.h"
@@ -30,7 +31,8 @@ class NewFile {
     bool commit(std::error_code& error);
 
  private:
-    NewFile(Descriptor folder, std::string name) : folder_(std::move(folder)), name_(name) {}
+    NewFile(Descriptor folder, std::string name)
+        : folder_(std::move(folder)), name_(std::move(name)) {}
     [[nodiscard]] std::string partName() const { return name_ + ".part"; }
     [[nodiscard]] bool isOurs(int descriptor) const;
     bool open(std::error_code& error);
