@@ -136,6 +136,7 @@ TEST_F(ProactiveTest, WhatWaitsHoldsFewFilesOpen) {
     EXPECT_THAT(logged(), IsEmpty()) << "one is on its way";
     proactive->uploadFile(held);
     EXPECT_THAT(logged(), ElementsAre("Too many files wait. file upload failed"));
+    fakes.queue->drain();
 }
 
 TEST_F(ProactiveTest, DumpsFollowTheirCheckOneAtATimeWhateverBecomesOfThem) {
