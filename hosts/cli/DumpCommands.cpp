@@ -99,7 +99,12 @@ void DumpCommands::start(DumpJob::Work work, const char* progress, const char* e
         job_.reset();
         reports_->write(end, describe(result));
     };
-    job_ = std::make_unique<DumpJob>(queue_, std::move(work), DumpJob::Handlers{advance, finish});
+    try {
+        job_ =
+            std::make_unique<DumpJob>(queue_, std::move(work), DumpJob::Handlers{advance, finish});
+    } catch (const std::system_error& error) {
+        reports_->refuse(error.what());
+    }
 }
 
 }  // namespace supportsdk::host

@@ -20,7 +20,8 @@ class DumpJob {
     };
     using Work = std::function<DumpResult(const DumpOptions&)>;
 
-    /// Handlers run on the main thread, and not after the job is destroyed.
+    /// Handlers run on the main thread, and not after the job is destroyed. Throws
+    /// std::system_error when the system gives no thread.
     DumpJob(std::shared_ptr<MainQueue> queue, Work work, Handlers handlers);
     /// Cancels and waits, so that nothing half done stays behind.
     ~DumpJob() = default;

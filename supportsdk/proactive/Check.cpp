@@ -36,6 +36,10 @@ Check::Check(CheckType kind, std::optional<std::string> givenName, std::uint64_t
       checkStatus(requireStatus(status)),
       checkStatusDetail(std::move(detail)) {}
 
+std::size_t Check::byteCount() const {
+    return name.size() + (checkStatusDetail ? checkStatusDetail->size() : 0);
+}
+
 Json Check::dict() const {
     Json record;
     // One by one: a list of them would copy each twice, and a flush makes thousands.

@@ -40,6 +40,8 @@ class SUPPORTSDK_API Check {
     [[nodiscard]] Json dict() const;
     /// One line for logs.
     [[nodiscard]] std::string toString() const;
+    /// Of its texts.
+    [[nodiscard]] std::size_t byteCount() const;
     /// How many open files it holds.
     [[nodiscard]] virtual std::size_t fileCount() const { return 0; }
 

@@ -102,8 +102,9 @@ class Extraction {
     /// Returns how far the next header is.
     std::uintmax_t extractEntry(std::uintmax_t offset) {
         const auto block = source_.read(offset, tarBlockBytes, tarBlockBytes);
-        // What is cut off would read as the empty file of that name, and replace it.
-        if (block.size() < tarBlockBytes) return tarBlockBytes;
+        // The rest is not there, or not any more. What is cut off would read as the empty file of
+        // that name, and replace it.
+        if (block.size() < tarBlockBytes) return size_ - offset;
         const TarObject header = block;
         const auto name = DCTar::nameForObject(header, 0);
         switch (DCTar::typeForObject(header, 0)) {

@@ -19,12 +19,14 @@ void Stack::add(std::shared_ptr<const Check> check) {
     if (!check) return;
     ++places_[check.get()];
     fileCount_ += check->fileCount();
+    byteCount_ += check->byteCount();
     queue_.push_back(std::move(check));
     size_ = queue_.size();
 }
 
 void Stack::didRemove(const Check& check, std::size_t places) {
     fileCount_ -= places * check.fileCount();
+    byteCount_ -= places * check.byteCount();
     size_ = queue_.size();
 }
 

@@ -31,8 +31,9 @@ class SUPPORTSDK_API Stack {
     [[nodiscard]] Checks contents() const;
     /// Takes no lock.
     [[nodiscard]] std::size_t size() const { return size_.load(); }
-    /// The files of all checks; takes no lock.
+    /// The files and the bytes of text of all checks; they take no lock.
     [[nodiscard]] std::size_t fileCount() const { return fileCount_.load(); }
+    [[nodiscard]] std::size_t byteCount() const { return byteCount_.load(); }
 
  private:
     using Queue = std::deque<std::shared_ptr<const Check>>;
@@ -48,6 +49,7 @@ class SUPPORTSDK_API Stack {
     std::unordered_map<const Check*, std::size_t> places_;  // under mutex_
     std::atomic<std::size_t> size_ = 0;
     std::atomic<std::size_t> fileCount_ = 0;
+    std::atomic<std::size_t> byteCount_ = 0;
 };
 
 }  // namespace supportsdk

@@ -103,21 +103,32 @@ void SupportSDKProactive::enqueue(const Checks& checks) {
     bool isFirst = false;
     {
         const std::lock_guard lock(mutex_);
-        stack.pushAll(checks);
-        excess = takeExcess();
+        for (const auto& check : checks) {
+            if (check && isTooMuch(*check)) {
+                excess.push_back(check);
+            } else {
+                stack.push(check);
+            }
+        }
+        takeExcess(excess);
         isFirst = !excess.empty() && !std::exchange(isExcessLogged_, true);
     }
     if (isFirst) {
         platform_->log->write(
-            "too many checks or files are waiting - dropping those that would be sent last");
+            "too many checks, too long ones or too many files are waiting - dropping those that "
+            "would be "
+            "sent last");
     }
 }
 
-Checks SupportSDKProactive::takeExcess() {
-    Checks excess;
-    while (stack.size() > maximumQueuedChecks) excess.push_back(stack.takeFirst());
+bool SupportSDKProactive::isTooMuch(const Check& check) {
+    return check.byteCount() > maximumQueuedBytes || check.fileCount() > maximumWaitingFiles;
+}
+
+void SupportSDKProactive::takeExcess(Checks& excess) {
+    while (stack.size() > maximumQueuedChecks || stack.byteCount() > maximumQueuedBytes)
+        excess.push_back(stack.takeFirst());
     while (stack.fileCount() > maximumWaitingFiles) excess.push_back(stack.takeFirstWithFiles());
-    return excess;
 }
 
 }  // namespace supportsdk

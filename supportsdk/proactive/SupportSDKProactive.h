@@ -31,9 +31,11 @@ class SUPPORTSDK_API SupportSDKProactive
     /// More checks than this do not wait: for each one that comes the one goes whose turn would
     /// come last, which is the oldest unless checks came back. Logged once until the next flush.
     static constexpr std::size_t maximumQueuedChecks = 10000;
+    /// The same for the bytes of their names and details, which become one request.
+    static constexpr std::size_t maximumQueuedBytes = std::size_t{4} * 1024 * 1024;
     /// More files than this are not held open by checks that wait, nor by uploads that wait: they
     /// come out of what the host's process may open. Of the checks with files the one goes whose
-    /// turn would come last; an upload fails.
+    /// turn would come last; an upload fails. A check that is too much by itself does not wait.
     static constexpr std::size_t maximumWaitingFiles = 128;
 
     /// Loads a configuration file as loadConfigurationFile() does; `customerInfo` (an object) is
@@ -116,7 +118,8 @@ class SUPPORTSDK_API SupportSDKProactive
     class Upload;
 
     void enqueue(const Checks& checks);
-    Checks takeExcess();
+    static bool isTooMuch(const Check& check);
+    void takeExcess(Checks& excess);
     Checks drain();
     void send(const Checks& checks);
     void uploadNext();

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -13,6 +14,14 @@ namespace {
 /// The service does not choose how long a line of the host's log gets.
 constexpr std::size_t maximumLoggedBytes = 256;
 
+/// Nor how many lines it is.
+std::string oneLine(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; },
+        '?');
+    return text;
+}
+
 std::string shortened(std::string text) {
     if (text.size() <= maximumLoggedBytes) return text;
     auto end = maximumLoggedBytes;
@@ -25,7 +34,7 @@ std::string described(const Json& response, const char* key) {
     const auto* value = valueForKey(response, key);
     if (!value) return "(null)";
     if (value->is_null()) return "<null>";
-    return shortened(stringForKey(response, key).value_or(dumpJson(*value)));
+    return oneLine(shortened(stringForKey(response, key).value_or(dumpJson(*value))));
 }
 
 }  // namespace

@@ -57,19 +57,15 @@ std::string gzipOf(const std::string& text) {
 /// No file may become longer, as if the disk were full.
 class FileSizeLimit {
  public:
-    explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    explicit FileSizeLimit(rlim_t bytes) {
         getrlimit(RLIMIT_FSIZE, &before_);
         const rlimit now{bytes, before_.rlim_max};
         setrlimit(RLIMIT_FSIZE, &now);
     }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before_); }
 
  private:
     rlimit before_{};
-    void (*handler_)(int);
 };
 
 }  // namespace

@@ -116,12 +116,17 @@ TEST_F(ProactiveTest, TheQueueKeepsItsLimitAndSaysSoOnceAFlush) {
     queue({"3", "4"});
     EXPECT_THAT(logged(), testing::SizeIs(2));
     EXPECT_EQ(proactive->stack.size(), SupportSDKProactive::maximumQueuedChecks);
+    queue({std::string(SupportSDKProactive::maximumQueuedBytes - 5, 'x')});
+    EXPECT_EQ(proactive->stack.size(), 3U) << "\"3\" and \"4\" have room beside it";
 }
 
 TEST_F(ProactiveTest, WhatWaitsHoldsFewFilesOpen) {
     const auto held = file("M");
     const auto limit = SupportSDKProactive::maximumWaitingFiles;
     queue({"A"});
+    proactive->putAppDumpCheckWithFiles(FileHandles(limit + 1, held), 1, std::nullopt);
+    queue({std::string(SupportSDKProactive::maximumQueuedBytes + 1, 'x')});
+    ASSERT_EQ(proactive->stack.size(), 1U) << "too much by itself, it takes nothing else along";
     for (std::size_t i = 0; i <= limit; ++i) {
         proactive->putAppDumpCheckWithFile(held, i, std::nullopt);
     }
@@ -151,7 +156,7 @@ TEST_F(ProactiveTest, DumpsFollowTheirCheckOneAtATimeWhateverBecomesOfThem) {
     EXPECT_THAT(sent(), ElementsAre("APP DUMP;APP DUMP;APP DUMP;", "TQ=="));
     EXPECT_THAT(fakes.http->request(1).url, EndsWith("/sdk/v1/technology/putDump"));
 
-    fakes.http->answer(1, 200, {{"uploaded", true}, {"message", "M"}, {"payload", {{"id", 7}}}});
+    fakes.http->answer(1, 200, {{"uploaded", true}, {"message", "M\nM"}, {"payload", {{"id", 7}}}});
     fakes.queue->drain();
     fakes.http->answer(2, 200, {{"uploaded", true}, {"payload", std::string(255, '.') + "\u00e4"}});
     fakes.queue->drain();
@@ -164,7 +169,7 @@ TEST_F(ProactiveTest, DumpsFollowTheirCheckOneAtATimeWhateverBecomesOfThem) {
     fakes.http->answer(5, 200, {{"uploaded", false}});
     EXPECT_THAT(logged(),
                 ElementsAre("The file is not a plain file. file upload failed",
-                            R"(M file upload succeeded {"id":7})",
+                            R"(M?M file upload succeeded {"id":7})",
                             "(null) file upload succeeded " + std::string(255, '.') + "...",
                             "No answer could be read. file upload failed",
                             "No route file upload failed", "(null) file upload failed"));

@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <utility>
 
+#include "supportsdk/proactive/files/WriteSignals.h"
+
 namespace supportsdk {
 
 namespace {
@@ -73,12 +75,14 @@ std::size_t FileHandle::readAt(std::uintmax_t place, std::span<std::byte> into,
 bool FileHandle::write(std::span<const std::byte> data, std::error_code& error) {
     const std::lock_guard lock(mutex_);
     error.clear();
+    WriteSignals signals;
     while (!data.empty()) {
         const auto count = ::write(descriptor_, data.data(), data.size());
         if (count >= 0) {
             data = data.subspan(static_cast<std::size_t>(count));
         } else if (errno != EINTR) {
             error = latestError();
+            signals.take();
             return false;
         }
     }

@@ -31,7 +31,8 @@ class SUPPORTSDK_API FileHandle {
     std::size_t read(std::span<std::byte> into, std::error_code& error);
     /// The same from `place` on, counted from the beginning of the file; the present place stays.
     std::size_t readAt(std::uintmax_t place, std::span<std::byte> into, std::error_code& error);
-    /// Writes all of `data`; false, with `error`, when some of it could not be written.
+    /// Writes all of `data`; false, with `error`, when some of it could not be written. SIGPIPE and
+    /// SIGXFSZ come as errors.
     bool write(std::span<const std::byte> data, std::error_code& error);
     /// From the beginning of the file; reading and writing go on there.
     bool seek(std::uintmax_t place, std::error_code& error);
