@@ -56,11 +56,13 @@ struct DumpResult {
 
 /// Packs folders and files, each under its own last name ("." and ".." under the one that the
 /// folder has), into the .tar.gz `target`. That appears once it is complete and on the disk, in
-/// place of what was there; until then it grows in `target` + ".part". Symbolic links are packed as
+/// place of a plain file that was there; until then it grows in `target` + ".part" (a name that is
+/// too long for that loses its beginning). Symbolic links are packed as
 /// what they lead to when that is a file. A file that shrinks meanwhile is filled up with zeros,
 /// one that grows is cut, so that what follows stays readable. `target` itself is left out. Two
 /// sources of the same last name: the second is skipped. Fails when there is nothing to pack,
-/// or the target cannot be written, by another packDump() that is at it for one.
+/// or the target cannot be written: another packDump() is at it, or a folder, a device, a pipe or a
+/// symbolic link has its name.
 SUPPORTSDK_API DumpResult packDump(const std::vector<std::string>& sources,
                                    const std::string& target, const DumpOptions& options = {});
 

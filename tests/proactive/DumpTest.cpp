@@ -11,6 +11,7 @@
 #include "supportsdk/proactive/Dump.h"
 #include "supportsdk/proactive/files/FolderWalk.h"
 #include "supportsdk/proactive/files/TargetFolder.h"
+#include "tests/support/NoLocks.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace supportsdk {
@@ -198,6 +199,54 @@ TEST_F(DumpTest, TargetAndItsGrowingPart) {
     fs::create_hard_link(outside, archive_ + ".part");
     EXPECT_EQ(pack().end, End::done);
     EXPECT_EQ(contentOf(AT_FDCWD, outside.c_str()), "precious");
+}
+
+TEST_F(DumpTest, TargetThatIsNoPlainFileStays) {
+    add("file", "content");
+    const auto outside = folder_.write("outside", "precious");
+    ASSERT_EQ(mkfifo((folder_.path / "pipe").c_str(), 0600), 0);
+    fs::create_symlink(outside, folder_.path / "link");
+    for (const auto* name : {"pipe", "link"}) {
+        const auto result = packDump({folder_.path / "in"}, folder_.path / name);
+        EXPECT_THAT(result.message, HasSubstr("File exists")) << name;
+    }
+    DumpOptions options;
+    options.progress = [&](const DumpProgress&) { mkfifo(archive_.c_str(), 0600); };
+    EXPECT_EQ(pack(options).end, End::failed) << "it came meanwhile";
+    EXPECT_TRUE(fs::is_fifo(folder_.path / "pipe") && fs::is_fifo(archive_));
+    EXPECT_TRUE(fs::is_symlink(folder_.path / "link"));
+    EXPECT_EQ(filesBeside().size(), 5U);
+}
+
+TEST_F(DumpTest, LongestNameOfATarget) {
+    add("file", "content");
+    // 125 letters of two bytes: the cut would fall between the two.
+    std::string name;
+    while (name.size() < 250) name += "\xc3\xa4";
+    const auto target = folder_.path / (name + "a.tgz");
+    DumpOptions options;
+    options.progress = [&](const DumpProgress&) {
+        for (const auto& beside : filesBeside())
+            EXPECT_TRUE(beside == "in" || beside.starts_with("\xc3")) << beside;
+    };
+    EXPECT_EQ(packDump({folder_.path / "in"}, target, options).end, End::done);
+    EXPECT_THAT(filesBeside(), UnorderedElementsAre("in", target.filename()));
+    EXPECT_EQ(packDump({folder_.path / "in"}, target.string() + "z").end, End::failed);
+}
+
+TEST_F(DumpTest, FileSystemWithoutLocks) {
+    const test::NoLocks noLocks;
+    add("file", "content");
+    folder_.write("dump.tar.gz.part", "left by a process that was killed");
+    DumpOptions options;
+    DumpResult second;
+    options.progress = [&](const DumpProgress&) {
+        if (second.files == 0) second = packDump({folder_.path / "in/file"}, archive_);
+    };
+    EXPECT_EQ(pack(options).end, End::failed) << "its growing file went as a leftover";
+    EXPECT_EQ(second.end, End::done) << second.message;
+    EXPECT_EQ(unpack(archive_).folders, 0U) << "the second one's";
+    EXPECT_THAT(filesBeside(), UnorderedElementsAre("in", "out", "dump.tar.gz"));
 }
 
 TEST_F(DumpTest, NothingIsLeftOfWhatWasStopped) {
