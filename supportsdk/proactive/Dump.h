@@ -68,9 +68,10 @@ SUPPORTSDK_API DumpResult packDump(const std::vector<std::string>& sources,
 
 /// Unpacks a tar archive, gzipped or not, with long names in the ways of POSIX and of GNU, into the
 /// folder `target`, which is created. Plain files that are in the way are replaced, nothing else
-/// is, and nothing is written outside. Files and folders get their modification time, in whole
-/// seconds, and permissions (never set-user-id and the like), not their owner. A damaged archive
-/// fails; the files that were complete before the damage stay.
+/// is, and nothing is written outside. New files and folders get their modification time, in whole
+/// seconds, and of their permissions what the umask leaves (never set-user-id and the like), not
+/// their owner; folders that were there keep their own. A damaged archive fails; the files that
+/// were complete before the damage stay.
 SUPPORTSDK_API DumpResult unpackDump(const std::string& archive, const std::string& target,
                                      const DumpOptions& options = {});
 

@@ -87,6 +87,9 @@ class DumpTest : public testing::Test {
         return names;
     }
 
+    ~DumpTest() override { umask(umask_); }
+
+    const mode_t umask_ = umask(0);
     TemporaryFolder folder_;
     std::string archive_ = folder_.path / "dump.tar.gz";
     fs::path out_ = folder_.path / "out";
@@ -302,6 +305,27 @@ TEST_F(DumpTest, FilesThatChangeMeanwhile) {
     EXPECT_EQ(content("5 stays"), bytes(700'000));
 }
 
+TEST_F(DumpTest, UmaskAndFoldersThatWereThere) {
+    add("open", "", 0777);
+    for (const auto* name : {"fresh/below", "keep/below"}) {
+        ASSERT_TRUE(in_->makeFolder(name, error_));
+        ASSERT_TRUE(in_->openFolder(name, error_)->setAttributes(0777, 99, error_));
+    }
+    ASSERT_TRUE(in_->openFolder("keep", error_)->setAttributes(0777, 99, error_));
+    ASSERT_EQ(pack().end, End::done);
+
+    auto target = TargetFolder::create(out_, error_);
+    ASSERT_TRUE(target->makeFolder("in/keep/below", error_));
+    for (const std::string name : {"in/keep/below", "in/keep"})
+        ASSERT_TRUE(target->openFolder(name, error_)->setAttributes(0700, 5, error_));
+    umask(027);
+    EXPECT_EQ(unpackDump(archive_, out_).end, End::done);
+    auto tree = treeOf(out_ / "in");
+    EXPECT_EQ(tree["open"], "488 1700000000 ") << "rwxr-x---";
+    EXPECT_EQ(tree["fresh/below"], "488 99 /");
+    EXPECT_EQ(tree["keep"] + tree["keep/below"], "448 5 /448 5 /") << "rwx------";
+}
+
 TEST_F(DumpTest, ArchivesOfOtherTars) {
     const std::string path = std::string(90, 'a') + "/" + std::string(95, 'b');
     for (const std::size_t size : {0, 1, 513, 100'000})
@@ -313,8 +337,9 @@ TEST_F(DumpTest, ArchivesOfOtherTars) {
     const auto rich = treeOf(folder_.path / "in");
 
     const auto cd = "cd " + folder_.path.string() + " && ";
-    for (const std::string make : {"tar --format=gnu -cf", "tar --format=oldgnu -czf",
-                                   "tar --format=pax -czf", "bsdtar --format=pax -cf"}) {
+    for (const std::string make :
+         {"tar --format=gnu -cf", "tar --format=oldgnu -czf", "tar --format=pax -czf",
+          "bsdtar --format=pax -cf", "tar --no-recursion $(find in -depth) -cf"}) {
         ASSERT_TRUE(run(cd + make + " foreign in")) << make;
         const auto result = unpack(folder_.path / "foreign");
         EXPECT_EQ(result.end, End::done) << make << ": " << result.message;

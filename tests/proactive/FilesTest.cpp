@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 
@@ -96,6 +97,29 @@ TEST_F(TargetFolderTest, AttributesAndRemoval) {
     EXPECT_FALSE(TargetFolder::create("", error_) ||
                  TargetFolder::create(folder_.write("file", ""), error_));
     EXPECT_EQ(error_, std::errc::not_a_directory);
+}
+
+/// From each deep folder to another that begins alike, more or less, in names that begin alike.
+TEST(DeepTargetFolderTest, FromOneFolderToTheNext) {
+    const TemporaryFolder folder(test::folderInMemory());
+    std::error_code error;
+    auto target = TargetFolder::create(folder.path, error);
+    std::vector<std::string> parts;
+    unsigned state = 1;
+    const auto random = [&](std::size_t below) {
+        return (state = state * 1664525 + 1013904223) / 65536 % below;
+    };
+    for (int turn = 0; turn < 100; turn++) {
+        parts.resize(parts.size() - random(parts.size() + 1));
+        while (parts.size() < 100 && random(60) > 0)
+            parts.emplace_back(std::array{"a", "ab", "b"}[random(3)]);
+        std::string path;
+        for (const auto& part : parts) path += part + "/";
+        ASSERT_TRUE(path.empty() || target->makeFolder(path, error)) << path;
+        path += std::to_string(turn);
+        ASSERT_TRUE(target->makeFile(path, error)) << path << error;
+        ASSERT_TRUE(fs::exists(folder.path / path)) << path;
+    }
 }
 
 TEST(FileAttributesTest, WholeSecondsAndNames) {

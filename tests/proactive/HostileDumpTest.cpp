@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -202,6 +203,33 @@ TEST_F(HostileDumpTest, MoreThanAnybodyWants) {
     EXPECT_EQ(deepest.end, End::done) << deepest.message;
     EXPECT_EQ(deepest.skipped.size(), 1U);
     EXPECT_EQ(filesInside(), 0U);
+}
+
+/// Each folder is a step away from the one before, or a few, not all the way.
+TEST_F(HostileDumpTest, ManyNeighboursFarDown) {
+    std::string deep;
+    for (int level = 0; level < 490; level++) deep += "d/";
+    std::string archive;
+    for (int count = 0; count < 2000; count++)
+        archive += entry("L", deep + (count % 2 ? "x/y/" : "z/") + std::to_string(count), 'L') +
+                   entry("x", "", '5');
+    const auto systemTime = [] {
+        rusage usage{};
+        getrusage(RUSAGE_SELF, &usage);
+        return usage.ru_stime.tv_sec * 1000 + usage.ru_stime.tv_usec / 1000;
+    };
+    const auto before = systemTime();
+    EXPECT_EQ(unpack(archive + theEnd).folders, 2000U);
+    EXPECT_LT(systemTime() - before, 500) << "milliseconds";
+}
+
+/// A sparse file's map goes on as long as its blocks say so.
+TEST_F(HostileDumpTest, MapWithoutEnd) {
+    const auto sparse = entry("sparse", "", 'S', field(482, "\1")) + std::string(4'000'000, '\1');
+    DumpOptions options;
+    options.maximumBytes = 1'000'000;
+    EXPECT_THAT(unpack(sparse, options).message, HasSubstr("more than 1000000 bytes"));
+    EXPECT_THAT(unpack(sparse).message, HasSubstr("cut short"));
 }
 
 }  // namespace

@@ -135,7 +135,9 @@ class DumpReader {
         std::error_code error;
         if (target_.makeFolder(entry.name, error)) {
             result_.folders++;
-            folders_.add(entry.name, entry.permissions, entry.modified);
+            // One that was there keeps what its owner gave it.
+            if (target_.hasMade(entry.name))
+                folders_.add(entry.name, target_.granted(entry.permissions), entry.modified);
         } else if (isFatal(error)) {
             return failWriting(entry.name, error);
         } else if (error != std::errc::is_a_directory) {
@@ -173,7 +175,7 @@ class DumpReader {
     bool endFile(const TarEntry& entry, FileHandle& file) {
         // Without its attributes a file is still worth having.
         std::error_code error;
-        file.setAttributes(entry.permissions, entry.modified, error);
+        file.setAttributes(target_.granted(entry.permissions), entry.modified, error);
         if (!file.close(error)) return failWriting(entry.name, error);
         result_.files++;
         meter_.endFile();
@@ -211,6 +213,7 @@ class DumpReader {
 
     bool passSparseMap() {
         for (bool continues = true; continues;) {
+            if (!fits(tarBlockBytes)) return false;
             const auto block = nextBlock();
             if (block.empty()) return false;
             continues = block[gnuSparseMapContinues] != std::byte{0};

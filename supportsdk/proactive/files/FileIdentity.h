@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <compare>
 #include <cstdint>
 
 namespace supportsdk {
@@ -17,7 +18,7 @@ struct FileIdentity {
         struct stat status {};
         return fstat(descriptor, &status) == 0 ? of(status) : FileIdentity{};
     }
-    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+    friend auto operator<=>(const FileIdentity&, const FileIdentity&) = default;
 };
 
 }  // namespace supportsdk

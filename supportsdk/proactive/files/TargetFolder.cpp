@@ -4,11 +4,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <set>
 #include <vector>
 
 #include "supportsdk/proactive/files/Descriptor.h"
+#include "supportsdk/proactive/files/FileIdentity.h"
 
 namespace supportsdk {
 
@@ -16,8 +19,13 @@ namespace {
 
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 constexpr mode_t everybody = 0777;
-/// Programs that remove folders hold each open on the way down, of 1,024 that they may.
-constexpr std::size_t maximumLevels = 500;
+constexpr mode_t ownerAlone = 0700;
+/// What stays open of a deep path: the lowest levels, and one of so many above them, from which the
+/// others are found again.
+constexpr std::size_t openLevels = 16;
+constexpr std::size_t openEvery = 32;
+/// Beyond this, for an archive of folders without end, those that were made are forgotten.
+constexpr std::size_t maximumMade = 65'536;
 
 std::error_code latestError() {
     return {errno, std::generic_category()};
@@ -41,7 +49,8 @@ std::optional<std::string> cleaned(std::string_view name, std::error_code& error
     }
     error.clear();
     if (clean.empty()) error = std::make_error_code(std::errc::is_a_directory);
-    if (levels > maximumLevels) error = std::make_error_code(std::errc::filename_too_long);
+    if (levels > TargetFolder::maximumLevels)
+        error = std::make_error_code(std::errc::filename_too_long);
     return error ? std::nullopt : std::optional(clean);
 }
 
@@ -73,51 +82,90 @@ Descriptor createFile(int parent, const std::string& name, std::uint32_t permiss
 
 struct TargetFolder::State {
     /// The open folder of that clean path, created on the way when that is wished; -1 with `error`.
-    /// It stays open for the next, which most often lies in the same or below.
+    /// What both have in common with the latest path stays open.
     int enter(const std::string& path, bool creates, std::error_code& error) {
-        std::size_t start = 0;
-        if (!latest || !isBelowLatest(path)) {
-            latest.reset();
-            latestPath.clear();
-        } else {
-            start = latestPath.size() + (latestPath.empty() ? 0 : 1);
-        }
+        leaveFor(path);
+        std::size_t start = latestPath.size() + (latestPath.empty() ? 0 : 1);
         while (start < path.size()) {
             const auto end = std::min(path.find('/', start), path.size());
-            if (!step(path.substr(start, end - start), creates)) {
+            Descriptor next = step(path.substr(start, end - start), creates);
+            if (!next) {
                 error = latestError();
                 return -1;
             }
             // Piece by piece: a hostile path has half a million of them.
             if (!latestPath.empty()) latestPath += '/';
             latestPath.append(path, start, end - start);
+            push(std::move(next));
             start = end + 1;
         }
         error.clear();
         return current();
     }
 
+    /// umask(2) tells only by changing it, for all threads; so a new file has to tell. It goes
+    /// before anything comes into it.
+    void learnUmask(int parent, const std::string& name) {
+        if (umaskLeaves) return;
+        Descriptor file = createFile(parent, name, everybody);
+        struct stat status {};
+        if (!file) return;
+        if (fstat(file.get(), &status) == 0) umaskLeaves = status.st_mode & everybody;
+        file.reset();
+        unlinkat(parent, name.c_str(), 0);
+    }
+
     Descriptor root;
+    std::set<FileIdentity> made;
+    std::optional<mode_t> umaskLeaves;
 
  private:
-    [[nodiscard]] int current() const { return latest ? latest.get() : root.get(); }
+    struct Level {
+        Descriptor folder;
+        std::size_t pathLength;
+    };
 
-    [[nodiscard]] bool isBelowLatest(const std::string& path) const {
-        return path.starts_with(latestPath) &&
-               (path.size() == latestPath.size() || path[latestPath.size()] == '/');
+    [[nodiscard]] int current() const {
+        return levels.empty() ? root.get() : levels.back().folder.get();
     }
 
-    bool step(const std::string& name, bool creates) {
+    /// Goes up to the lowest open folder that is on the way.
+    void leaveFor(const std::string& path) {
+        const auto ends = std::ranges::mismatch(latestPath, path);
+        const auto common = static_cast<std::size_t>(ends.in1 - latestPath.begin());
+        const auto isOnTheWay = [&](const Level& level) {
+            const auto length = level.pathLength;
+            return length <= common && (length == path.size() || path[length] == '/');
+        };
+        while (!levels.empty() && !(levels.back().folder && isOnTheWay(levels.back())))
+            levels.pop_back();
+        latestPath.resize(levels.empty() ? 0 : levels.back().pathLength);
+    }
+
+    void push(Descriptor folder) {
+        levels.push_back({std::move(folder), latestPath.size()});
+        if (levels.size() <= openLevels) return;
+        const auto upper = levels.size() - 1 - openLevels;
+        if (upper % openEvery != 0) levels[upper].folder.reset();
+    }
+
+    Descriptor step(const std::string& name, bool creates) {
         const int parent = current();
-        if (creates && mkdirat(parent, name.c_str(), everybody) != 0 && errno != EEXIST)
-            return false;
+        if (creates) learnUmask(parent, name);
+        const bool isNew = creates && mkdirat(parent, name.c_str(), everybody) == 0;
+        if (creates && !isNew && errno != EEXIST) return {};
         Descriptor next(openat(parent, name.c_str(), folderFlags | O_NOFOLLOW));
-        if (!next) return false;
-        latest = std::move(next);
-        return true;
+        if (next && isNew) remember(FileIdentity::of(next.get()));
+        return next;
     }
 
-    Descriptor latest;
+    void remember(const FileIdentity& folder) {
+        if (made.size() >= maximumMade) made.clear();
+        made.insert(folder);
+    }
+
+    std::vector<Level> levels;
+    /// Of the last of them.
     std::string latestPath;
 };
 
@@ -145,6 +193,17 @@ bool TargetFolder::makeFolder(std::string_view name, std::error_code& error) {
     return path && state_->enter(*path, true, error) >= 0;
 }
 
+bool TargetFolder::hasMade(std::string_view name) {
+    std::error_code error;
+    const auto path = cleaned(name, error);
+    const int folder = path ? state_->enter(*path, false, error) : -1;
+    return folder >= 0 && state_->made.contains(FileIdentity::of(folder));
+}
+
+std::uint32_t TargetFolder::granted(std::uint32_t permissions) const {
+    return permissions & state_->umaskLeaves.value_or(ownerAlone);
+}
+
 std::shared_ptr<FileHandle> TargetFolder::openFolder(std::string_view name,
                                                      std::error_code& error) {
     const auto path = cleaned(name, error);
@@ -163,11 +222,14 @@ std::shared_ptr<FileHandle> TargetFolder::makeFile(std::string_view name, std::e
     const int parent = state_->enter(place->parent, false, error);
     if (parent < 0) return nullptr;
 
+    state_->learnUmask(parent, place->name);
     auto file = createFile(parent, place->name, permissions);
     // The name may be one of several of a file outside, so that file is left as it is.
     if (!file && errno == EEXIST && isPlainFile(parent, place->name) &&
-        (unlinkat(parent, place->name.c_str(), 0) == 0 || errno == ENOENT))
+        (unlinkat(parent, place->name.c_str(), 0) == 0 || errno == ENOENT)) {
+        state_->learnUmask(parent, place->name);
         file = createFile(parent, place->name, permissions);
+    }
     if (!file) error = latestError();
     return file ? std::make_shared<FileHandle>(file.release()) : nullptr;
 }

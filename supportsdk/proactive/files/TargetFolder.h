@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -20,10 +21,13 @@ namespace supportsdk {
 ///
 /// Errors are the system's, and these: a hostile name is std::errc::invalid_argument, the folder
 /// itself, and a file with a "/" at its end, std::errc::is_a_directory, anything but a plain file
-/// where one is to be std::errc::file_exists, more than 500 levels, which few programs could remove
-/// again, std::errc::filename_too_long.
+/// where one is to be std::errc::file_exists, more than maximumLevels names in each other
+/// std::errc::filename_too_long.
 class TargetFolder {
  public:
+    /// Programs that remove folders hold each open on the way down, of 1,024 that they may.
+    static constexpr std::size_t maximumLevels = 500;
+
     /// Creates it with its parents. Nothing, with `error`, when that cannot be done. The path is
     /// the caller's own: symbolic links on the way to it are followed.
     static std::optional<TargetFolder> create(const std::string& path, std::error_code& error);
@@ -34,6 +38,11 @@ class TargetFolder {
 
     /// Creates the folder with its parents; one that is there is fine.
     bool makeFolder(std::string_view name, std::error_code& error);
+    /// Whether makeFolder() created it, on the way to another for one; of the last 65,536 at most.
+    [[nodiscard]] bool hasMade(std::string_view name);
+    /// What the umask leaves of permissions, as learned when the first file or folder was made;
+    /// until then those of the owner.
+    [[nodiscard]] std::uint32_t granted(std::uint32_t permissions) const;
     /// A folder that is there, for its attributes. Null with `error`.
     std::shared_ptr<FileHandle> openFolder(std::string_view name, std::error_code& error);
     /// A new file in a folder that is there, in place of a plain file of that name, which another
