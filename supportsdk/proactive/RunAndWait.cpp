@@ -24,16 +24,10 @@ class Errand {
         enter(State::done);
     }
 
-    /// The queue let go of it: nobody comes any more.
-    void drop() {
-        const std::lock_guard lock(mutex_);
-        if (state_ == State::waiting) change(State::dropped);
-    }
-
     void finish() {
         std::unique_lock lock(mutex_);
         changed_.wait_for(lock, patience, [this] { return state_ != State::waiting; });
-        if (state_ == State::waiting || state_ == State::dropped) {
+        if (state_ == State::waiting) {
             state_ = State::claimed;
             lock.unlock();
             work_();
@@ -43,7 +37,7 @@ class Errand {
     }
 
  private:
-    enum class State { waiting, dropped, claimed, done };
+    enum class State { waiting, claimed, done };
 
     bool claim() {
         const std::lock_guard lock(mutex_);
@@ -69,25 +63,11 @@ class Errand {
     State state_ = State::waiting;
 };
 
-/// What a queue holds of an errand, in however many copies.
-class Hold {
- public:
-    explicit Hold(std::shared_ptr<Errand> errand) : errand_(std::move(errand)) {}
-    ~Hold() { errand_->drop(); }
-    Hold(const Hold&) = delete;
-    Hold& operator=(const Hold&) = delete;
-
-    void run() { errand_->runInBackground(); }
-
- private:
-    const std::shared_ptr<Errand> errand_;
-};
-
 }  // namespace
 
 void runAndWait(BackgroundQueue& queue, const std::function<void()>& work) {
     const auto errand = std::make_shared<Errand>(work);
-    queue.post([hold = std::make_shared<Hold>(errand)] { hold->run(); });
+    queue.post([errand] { errand->runInBackground(); });
     errand->finish();
 }
 
