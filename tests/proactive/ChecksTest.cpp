@@ -32,6 +32,7 @@ TEST(CheckTest, TheRecordAndTheLineOfEachKind) {
     EXPECT_EQ(dumpJson(dump.dict()), R"({"name":"APP DUMP","status_code":0,"type":4})");
     EXPECT_EQ(dump.toString(), "CheckAppDump@hashcode{name=APP DUMP, type=4, code=0, desc=(null)}");
     EXPECT_THAT(dump.files, IsEmpty());
+    EXPECT_EQ(CheckAppHardware("", 1, "").dict().value("status_detail", "none"), "");
     EXPECT_EQ(CheckAppHardware("", 1, "").toString() + CheckAppCloud("n", 1, "").toString(),
               "CheckAppHardware@hashcode{name=, type=2, code=1, desc=}"
               "CheckAppCloud@hashcode{name=n, type=3, code=1, desc=}");
@@ -65,6 +66,13 @@ TEST(StackTest, ACheckLeavesAllItsPlacesAtOnceAndEqualsOnlyItself) {
     EXPECT_EQ(stack.pop(), c);
     EXPECT_EQ(stack.takeFirst(), nullptr);
     EXPECT_EQ(stack.size(), 0U);
+    const FileHandles files(2, std::make_shared<FileHandle>(-1));
+    const auto dump = std::make_shared<const CheckAppDump>(1, "", files);
+    stack.pushAll({a, dump, dump, dump});
+    EXPECT_EQ(stack.takeFirstWithFiles(), dump);
+    EXPECT_EQ(stack.fileCount(), 4U);
+    EXPECT_EQ(stack.pop(), dump);
+    EXPECT_EQ(stack.fileCount(), 0U);
 }
 
 TEST(CheckResponseTest, TheWholeNumberOfTheStatusDecides) {
@@ -129,6 +137,8 @@ TEST_F(DumpUploadTest, TheBodyByteForByte) {
     ASSERT_TRUE(file->seek(maximumDumpBytes, error)) << "of a file that is too long as a whole";
     const auto whatIsLeft = dumpUploadBody(Json::object(), *file, always);
     EXPECT_EQ(parseJson(toText(whatIsLeft.json)), Json({{"file_data", "TQ=="}}));
+    ASSERT_TRUE(file->seek(maximumDumpBytes + 9, error));
+    EXPECT_EQ(dumpUploadBody(Json::object(), *file, always).problem, "");
 }
 
 TEST_F(DumpUploadTest, FilesThatMightNeverEndAreNotRead) {

@@ -58,6 +58,7 @@ class ProactiveTest : public SupportTest {
 TEST_F(ProactiveTest, ABatchWaitsForTheSettingsAndTurnsRoundEachTime) {
     queue({"A", "B", "C"});
     proactive->putCheck(proactive->stack.contents()[0]);
+    EXPECT_EQ(proactive->timeToWait, 5U);
     EXPECT_EQ(proactive->flushChecks(), 0);
     EXPECT_EQ(proactive->stack.size(), 4U);
     proactive->checkQueueFlushHandler();
@@ -76,7 +77,10 @@ TEST_F(ProactiveTest, ABatchWaitsForTheSettingsAndTurnsRoundEachTime) {
 
 TEST_F(ProactiveTest, TheRequestNamesWhomItIsFor) {
     settingsArrive();
-    proactive->sdk->identity = {IdentityValue("1"), {}, IdentityValue(&Json::object()["null"]), {}};
+    proactive->sdk->identity = {
+        IdentityValue("1"), {}, IdentityValue(&Json::object()["null"]), IdentityValue("4")};
+    for (const auto& nobody : {Json::object(), Json("x")})
+        proactive->getCustomerWithInformation(nobody);
     proactive->putCheck(std::make_shared<CheckAppCloud>("reach", 7, "slow"), false);
     const auto& request = fakes.http->request(0);
     EXPECT_EQ(request.method + " " + request.url,
@@ -85,7 +89,12 @@ TEST_F(ProactiveTest, TheRequestNamesWhomItIsFor) {
         {"type", 3}, {"name", "reach"}, {"status_code", 7}, {"status_detail", "slow"}};
     EXPECT_EQ(parseJson(toText(request.body)), Json({{"members_id", "1"},
                                                      {"members_locations_id", nullptr},
+                                                     {"members_devices_id", "4"},
                                                      {"checks", Json::array({check})}}));
+    proactive->putAppHardwareCheck("fan", 1, "");
+    proactive->putAppCloudCheck("sync", 2, std::nullopt);
+    EXPECT_EQ(proactive->stack.contents()[0]->type, CheckType::appHardware);
+    EXPECT_EQ(proactive->stack.contents()[1]->type, CheckType::appCloud);
 }
 
 TEST_F(ProactiveTest, WhatIsNotSentIsLogged) {
@@ -166,13 +175,13 @@ TEST_F(ProactiveTest, DumpsFollowTheirCheckOneAtATimeWhateverBecomesOfThem) {
     fakes.http->answerRaw(4, {0, {}, {}, "No route"});
     proactive->uploadFile(file("last"));
     fakes.queue->drain();
-    fakes.http->answer(5, 200, {{"uploaded", false}});
+    fakes.http->answer(5, 200, {{"uploaded", false}, {"message", nullptr}});
     EXPECT_THAT(logged(),
                 ElementsAre("The file is not a plain file. file upload failed",
                             R"(M?M file upload succeeded {"id":7})",
                             "(null) file upload succeeded " + std::string(255, '.') + "...",
                             "No answer could be read. file upload failed",
-                            "No route file upload failed", "(null) file upload failed"));
+                            "No route file upload failed", "<null> file upload failed"));
 }
 
 TEST_F(ProactiveTest, WithoutAFileThereIsNothingToUploadOrCompress) {
@@ -183,6 +192,10 @@ TEST_F(ProactiveTest, WithoutAFileThereIsNothingToUploadOrCompress) {
                 ThrowsMessage<std::logic_error>(
                     "support bundle folder doesn't exist, unable to upload support assets"));
     EXPECT_EQ(SupportSDKProactive::compressFiles({file("")}), std::nullopt);
+    Json problem;
+    proactive->sdk->upload(nullptr, nullptr, [&](const Json& response) { problem = response; });
+    fakes.queue->drain();
+    EXPECT_EQ(problem, Json({{"status", 0}, {"message", "There is no file."}}));
 }
 
 TEST_F(ProactiveTest, AConfigurationThatComesLaterTakesOver) {

@@ -78,6 +78,14 @@ TEST_F(ProactiveThreadsTest, WhatManyThreadsQueueAndFlushIsSentOnce) {
     for (const auto& [mark, times] : received) EXPECT_EQ(times, 1) << mark;
 }
 
+TEST_F(ProactiveThreadsTest, OnlyTheMainThreadSends) {
+    proactive->putAppHealthCheck("check", 1, "mark");
+    std::async(std::launch::async, [this] { proactive->checkQueueFlushHandler(); }).get();
+    EXPECT_EQ(fakes.http->sent.size(), 0U);
+    loop->poll();
+    EXPECT_EQ(fakes.http->sent.size(), 1U);
+}
+
 TEST_F(ProactiveThreadsTest, AnEndDuringAnUploadIsQuiet) {
     std::filesystem::resize_file(folder.write("large", ""), std::size_t{60} << 20U);
     for (int round = 0; round < 5; ++round) {
@@ -112,39 +120,6 @@ TEST(RunAndWaitTest, ItRunsOnceAndWhole) {
     }
     for (auto& each : waits) ASSERT_EQ(each.wait_for(20s), std::future_status::ready);
     EXPECT_EQ(runs, 16 + 2 * static_cast<int>(ThreadBackgroundQueue::maximumThreads));
-}
-
-/// Counts what its pool, which may end before it, was given.
-struct EndingQueue : BackgroundQueue {
-    void post(std::function<void()> work) override {
-        pool->post(std::move(work));
-        ++posts;
-    }
-    std::shared_ptr<SerialQueue> makeSerialQueue(const std::string& label) override {
-        return pool->makeSerialQueue(label);
-    }
-
-    std::unique_ptr<BackgroundQueue> pool = std::make_unique<ThreadBackgroundQueue>();
-    std::atomic<std::size_t> posts = 0;
-};
-
-TEST(RunAndWaitTest, AQueueThatEndsLetsItsCallersGo) {
-    constexpr std::size_t busy = ThreadBackgroundQueue::maximumThreads;
-    EndingQueue queue;
-    std::promise<void> release;
-    const auto gate = release.get_future().share();
-    for (std::size_t thread = 0; thread < busy; ++thread) queue.post([gate] { gate.wait(); });
-    std::atomic<int> runs = 0;
-    std::vector<std::future<void>> waits;
-    for (int caller = 0; caller < 4; ++caller) {
-        waits.push_back(
-            std::async(std::launch::async, [&] { runAndWait(queue, [&runs] { ++runs; }); }));
-    }
-    while (queue.posts < busy + waits.size()) std::this_thread::yield();
-    auto end = std::async(std::launch::async, [&queue] { queue.pool.reset(); });
-    for (auto& each : waits) ASSERT_EQ(each.wait_for(20s), std::future_status::ready);
-    EXPECT_EQ(runs, 4);
-    release.set_value();
 }
 
 }  // namespace
