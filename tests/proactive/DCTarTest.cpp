@@ -10,6 +10,7 @@
 #include <map>
 #include <sstream>
 
+#include "tests/support/ResourceLimit.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace fs = std::filesystem;
@@ -131,6 +132,9 @@ TEST_F(DCTarFiles, PacksWhatLinksLeadToAndNothingThatBlocks) {
     ASSERT_EQ(mkfifo(at("in/pipe").c_str(), 0600), 0);
     ASSERT_TRUE(DCTar::tarFileAtPath(at("in"), at("a.tar"), nullptr));
     EXPECT_EQ(fs::file_size(at("a.tar")), 512u * 4 + 1024) << "file, folder, and one without name";
+    const auto other = FileHandle::forWritingAtPath(at("other"));
+    EXPECT_FALSE(DCTar::chunkedWriteDataFromPath("pipe", at("in"), false, *other));
+    EXPECT_FALSE(DCTar::chunkedWriteDataFromPath(at("in/pipe"), *other));
     ASSERT_TRUE(DCTar::untarFileAtPath(at("a.tar"), at("out"), nullptr));
     EXPECT_EQ(namesOf(at("out")) + box.read("out/file"), "file folder" + letters(512));
 }
@@ -144,6 +148,9 @@ TEST_F(DCTarFiles, AFullDiskIsAFailure) {
     EXPECT_FALSE(DCTar::writeFileDataForObject(toBytes("text"), 0, 4, "/dev/full"));
     EXPECT_FALSE(DCTar::tarFileAtPath(at("in"), at("no/such/folder.tar"), &error));
     EXPECT_FALSE(error);
+    const test::ResourceLimit limit(RLIMIT_FSIZE, 1000);
+    EXPECT_FALSE(DCTar::tarFileAtPath(at("in"), at("a.tar"), nullptr));
+    EXPECT_FALSE(fs::exists(at("a.tar")));
 }
 
 TEST_F(DCTarFiles, NamesDecideWhatIsDone) {
@@ -244,6 +251,8 @@ TEST_F(DCTarFiles, AnOddEntryEndsAndTheNextIsFoundWhereItMustBe) {
         EXPECT_TRUE(DCTar::untarData(toBytes(archive), at("in"), nullptr));
         EXPECT_EQ(namesOf(at("in")), row.came) << row.archive.substr(0, 140);
     }
+    DCTar::untarData(toBytes(entry("last", '0', letters(512))), at("in"), nullptr);
+    EXPECT_EQ(box.read("in/last"), letters(512));
 }
 
 TEST_F(DCTarFiles, OnlyAnEmptyFileTellsWhyItFailed) {
@@ -279,6 +288,9 @@ TEST_F(DCTarFiles, FieldsAreReadAlikeFromMemoryAndFile) {
         EXPECT_FALSE(DCTar::writeFileDataForObject(object, 1024, UINTMAX_MAX, at("copy")));
     }
     EXPECT_FALSE(DCTar::dataForObject({}, {}, 0, 4));
+    Bytes field = toBytes("xxxx");
+    DCTar::writeString("abc", field, 2);
+    EXPECT_EQ(toText(field), "abxx");
     EXPECT_FALSE(DCTar::writeFileDataForObject({}, 0, 0, at("copy")));
 }
 

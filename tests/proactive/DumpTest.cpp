@@ -12,6 +12,7 @@
 #include "supportsdk/proactive/files/FolderWalk.h"
 #include "supportsdk/proactive/files/TargetFolder.h"
 #include "tests/support/NoLocks.h"
+#include "tests/support/ResourceLimit.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace supportsdk {
@@ -121,12 +122,18 @@ TEST_F(DumpTest, EveryTarGetsBackWhatWasPacked) {
     ASSERT_TRUE(in_->openFolder("times", error_)->setAttributes(0750, 12345, error_));
     ASSERT_TRUE(in_->openFolder("empty", error_)->setAttributes(0711, -12345, error_));
 
-    const auto result = pack();
+    DumpProgress last;
+    DumpOptions options;
+    options.progress = [&](const DumpProgress& progress) { last = progress; };
+    const auto result = pack(options);
     ASSERT_EQ(result.end, End::done) << result.message;
     EXPECT_THAT(result.skipped, ElementsAre());
+    EXPECT_EQ(last.bytesDone, last.bytesTotal);
+    EXPECT_EQ(last.filesDone, result.files);
     const auto packed = treeOf(folder_.path / "in");
     EXPECT_EQ(result.files + result.folders, packed.size() + 1);
     EXPECT_TRUE(run("gzip -t " + archive_));
+    EXPECT_TRUE(run("gzip -dc " + archive_ + " | tail -c 1024 | cmp -n 1024 - /dev/zero"));
 
     for (const std::string tar : {"tar", "bsdtar", "LC_ALL=C bsdtar"}) {
         fs::create_directory(out_);
@@ -140,8 +147,11 @@ TEST_F(DumpTest, EveryTarGetsBackWhatWasPacked) {
     for (int level = 0; level < 20; level++) deep += longest.substr(level) + "/";
     add(deep + "bottom", "5,000 bytes away");
     ASSERT_EQ(pack().end, End::done);
-    const auto unpacked = unpack(archive_);
+    const auto unpacked = unpack(archive_, options);
     EXPECT_EQ(unpacked.end, End::done) << unpacked.message;
+    EXPECT_EQ(last.bytesTotal, fs::file_size(archive_));
+    EXPECT_EQ(last.bytesDone, last.bytesTotal);
+    EXPECT_EQ(last.filesDone, unpacked.files);
     EXPECT_THAT(unpacked.skipped, ElementsAre());
     EXPECT_EQ(treeOf(out_ / "in"), treeOf(folder_.path / "in"));
 }
@@ -200,7 +210,10 @@ TEST_F(DumpTest, TargetAndItsGrowingPart) {
     EXPECT_EQ(contentOf(AT_FDCWD, outside.c_str()), "precious");
     fs::remove(archive_ + ".part");
     fs::create_hard_link(outside, archive_ + ".part");
-    EXPECT_EQ(pack().end, End::done);
+    const auto before = fs::current_path();
+    fs::current_path(folder_.path);
+    EXPECT_EQ(packDump({"in"}, "dump.tar.gz").end, End::done);
+    fs::current_path(before);
     EXPECT_EQ(contentOf(AT_FDCWD, outside.c_str()), "precious");
 }
 
@@ -263,6 +276,8 @@ TEST_F(DumpTest, NothingIsLeftOfWhatWasStopped) {
     options.progress = [&](const DumpProgress& progress) {
         EXPECT_LE(progress.bytesDone, last + 1024 * 1024);
         last = progress.bytesDone;
+        const auto growing = fs::status(out_ / "in/big");
+        EXPECT_TRUE(!fs::exists(growing) || growing.permissions() == fs::perms(0600));
         if (progress.bytesDone > 2'000'000) source.request_stop();
     };
     EXPECT_EQ(pack(options).end, End::cancelled);
@@ -276,10 +291,46 @@ TEST_F(DumpTest, NothingIsLeftOfWhatWasStopped) {
     EXPECT_EQ(unpack(archive_, options).end, End::cancelled);
     EXPECT_EQ(treeOf(out_).size(), 1U) << "the folder";
 
+    add("last", "");
+    add("none", "");
+    source = {};
+    options.stop = source.get_token();
+    options.progress = [&](const DumpProgress& progress) {
+        EXPECT_NE(progress.path, "in/none");
+        if (progress.path == "in/last") source.request_stop();
+    };
+    EXPECT_EQ(pack(options).end, End::cancelled);
+
     options = {};
     options.progress = [](const DumpProgress&) { throw std::runtime_error("against the rules"); };
     EXPECT_THROW(pack(options), std::runtime_error);
+    options = {};
+    options.compressionLevel = 10;
+    EXPECT_EQ(pack(options).end, End::failed);
     EXPECT_THAT(filesBeside(), UnorderedElementsAre("in", "out", "dump.tar.gz"));
+    options.compressionLevel = 1;
+    EXPECT_EQ(pack(options).end, End::done);
+    constexpr char fastest = 4;
+    EXPECT_EQ(contentOf(AT_FDCWD, archive_.c_str())[8], fastest) << "RFC 1952, XFL";
+}
+
+TEST_F(DumpTest, AFullDiskAndTooManyOpenFiles) {
+    add("big", bytes(2'000'000));
+    ASSERT_EQ(pack().end, End::done);
+    {
+        const test::ResourceLimit limit(RLIMIT_FSIZE, 300'000);
+        EXPECT_THAT(pack().message, HasSubstr("cannot write " + archive_));
+        EXPECT_THAT(unpack(archive_).message, HasSubstr("cannot write in/big"));
+    }
+    EXPECT_THAT(filesBeside(), UnorderedElementsAre("in", "out", "dump.tar.gz"));
+    std::optional<test::ResourceLimit> limit;
+    DumpOptions options;
+    options.progress = [&](const DumpProgress& progress) {
+        if (progress.path == "in/big" && !limit) limit.emplace(RLIMIT_NOFILE, 3);
+    };
+    EXPECT_THAT(unpack(archive_, options).message, HasSubstr("cannot write in/big"));
+    limit.reset();
+    EXPECT_TRUE(fs::is_empty(out_ / "in"));
 }
 
 TEST_F(DumpTest, FilesThatChangeMeanwhile) {

@@ -77,6 +77,7 @@ TEST_F(TargetFolderTest, WhatStandsThere) {
     EXPECT_FALSE(target_->makeFolder("linkedFolder/sub", error_));
     EXPECT_FALSE(target_->makeFolder("linkedFolder", error_));
     EXPECT_FALSE(target_->openFolder("linkedFolder", error_));
+    EXPECT_FALSE(target_->openFolder("absent", error_));
     EXPECT_EQ(std::distance(fs::directory_iterator(outside.parent_path()), {}), 1);
     EXPECT_FALSE(fs::exists(folder_.path / "absent"));
 

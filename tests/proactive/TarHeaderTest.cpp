@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "supportsdk/platform/Values.h"
+#include "supportsdk/proactive/tar/PaxHeader.h"
+#include "supportsdk/proactive/tar/PaxRecords.h"
 
 using namespace std::string_literals;
 
@@ -11,14 +13,14 @@ namespace {
 
 TEST(TarHeader, EveryByteOfAHeaderIsAtItsPlace) {
     constexpr auto plain = FileAttributes::Kind::plain;
-    const FileAttributes attributes{plain,  0100644,       1000,  01234567,
+    const FileAttributes attributes{plain,  0104644,       1000,  01234567,
                                     "olga", "gr\xC3\xBCn", 01234, 1700000000};
     auto expected = std::string(512, '\0');
     const auto put = [&](std::size_t offset, const std::string& text) {
         expected.replace(offset, text.size(), text);
     };
     put(0, "report.txt");
-    put(100, "000644 \0"s);
+    put(100, "004644 \0"s);
     put(108, "001750 \0"s);
     put(116, "1234567\0"s);
     put(124, "00000001234 ");
@@ -31,7 +33,7 @@ TEST(TarHeader, EveryByteOfAHeaderIsAtItsPlace) {
     put(337, "000000 \0"s);
     put(345, "logs/today");
     // Added up by another program.
-    put(148, "014244\0 "s);
+    put(148, "014250\0 "s);
 
     EXPECT_EQ(toText(makeTarHeader({"logs/today", "report.txt"}, attributes, tarType::file)),
               expected);
@@ -67,6 +69,19 @@ TEST(TarHeader, NumbersGrowOverTheirTerminatorAndThenIntoBase256) {
         writeTarNumber(field, row.minimum, row.maximum, row.value);
         EXPECT_EQ(toText(field), row.expected) << row.value << " in " << row.maximum;
     }
+}
+
+TEST(PaxHeader, ItsRecordsHoldWhatThePlainHeaderCannot) {
+    constexpr auto plain = FileAttributes::Kind::plain;
+    const FileAttributes attributes{
+        plain, 0644, 010000000, 010000000, std::string(32, 'u'), "gr\xC3\xBCn", 0100000000000, -1};
+    const auto text = toText(makePaxHeader("file", attributes, tarType::file));
+    EXPECT_EQ(text.substr(136, 12), "00000000000 ");
+    EXPECT_EQ(text.substr(512, text.find('\0', 512) - 512),
+              paxRecord("hdrcharset", "BINARY") + paxRecord("size", "8589934592") +
+                  paxRecord("mtime", "-1") + paxRecord("uid", "2097152") +
+                  paxRecord("gid", "2097152") + paxRecord("uname", attributes.ownerName) +
+                  "15 gname=gr\xC3\xBCn\n");
 }
 
 TEST(TarHeader, LongPathsAreSplitAtASlash) {
