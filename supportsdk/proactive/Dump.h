@@ -48,7 +48,8 @@ struct DumpResult {
     std::string message;
     std::size_t files = 0;
     std::size_t folders = 0;
-    /// What of the sources could not be packed (unreadable, a pipe, a device, gone) or not whole,
+    /// What of the sources could not be packed (unreadable, a pipe, a device, gone, more than
+    /// 500 names in each other, of which a folder stands for all below it) or not whole,
     /// or of the archive not unpacked (a name that leaves the folder, a link, a device, a sparse
     /// file); the rest is there. The first 1,000; a last entry tells how many more.
     std::vector<std::string> skipped;

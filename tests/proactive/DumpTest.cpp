@@ -156,6 +156,17 @@ TEST_F(DumpTest, EveryTarGetsBackWhatWasPacked) {
     EXPECT_EQ(treeOf(out_ / "in"), treeOf(folder_.path / "in"));
 }
 
+TEST_F(DumpTest, WhatIsPackedIsNotTooDeepToBeUnpacked) {
+    std::string deep;
+    for (int level = 0; level < 498; level++) deep += "d/";
+    fs::create_directories(folder_.path / "in" / deep / "folder/x/y");
+    folder_.write("in/" + deep + "folder/x/file", "in the 502nd level");
+    const auto result = pack();
+    EXPECT_THAT(result.skipped, ElementsAre("in/" + deep + "folder/x"));
+    EXPECT_THAT(unpack(archive_).skipped, ElementsAre());
+    EXPECT_TRUE(fs::exists(out_ / "in" / deep / "folder"));
+}
+
 TEST_F(DumpTest, SourcesUnderTheirLastNames) {
     add("a/file", "1");
     add("b/a/file", "2");

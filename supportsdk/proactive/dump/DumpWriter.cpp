@@ -15,6 +15,7 @@
 #include "supportsdk/proactive/files/FileAttributes.h"
 #include "supportsdk/proactive/files/FolderWalk.h"
 #include "supportsdk/proactive/files/NewFile.h"
+#include "supportsdk/proactive/files/TargetFolder.h"
 #include "supportsdk/proactive/tar/PaxHeader.h"
 #include "supportsdk/proactive/tar/TarHeader.h"
 
@@ -66,6 +67,7 @@ class DumpWriter {
         for (const auto& source : sources) {
             total += plainSize(AT_FDCWD, source.path.c_str());
             walkFolder(source.path, [&](const FolderEntry& entry) {
+                if (isTooDeep(entry)) return Walk::passesBy;
                 if (!entry.isFolder) total += plainSize(entry.folder, entry.name);
                 return meter_.isStopped() ? Walk::ends : Walk::goesOn;
             });
@@ -100,10 +102,21 @@ class DumpWriter {
             source.path,
             [&](const FolderEntry& entry) {
                 const Place place{entry.folder, entry.name, pathOf(entry.path)};
+                if (isTooDeep(entry)) return passBy(place);
                 return packEntry(place, entry.isFolder) ? Walk::goesOn : Walk::ends;
             },
             [&](const std::string& path) { skipped_.add(pathOf(path)); });
         return walk == Walk::goesOn;
+    }
+
+    /// What unpackDump() would not take. The source's own name is a level, too.
+    static bool isTooDeep(const FolderEntry& entry) {
+        return entry.level >= TargetFolder::maximumLevels;
+    }
+
+    Walk passBy(const Place& place) {
+        skipped_.add(place.path);
+        return goesOn() ? Walk::passesBy : Walk::ends;
     }
 
     /// False ends the packing; what cannot be packed does not.

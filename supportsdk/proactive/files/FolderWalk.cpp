@@ -95,7 +95,8 @@ class Walker {
         const auto name = std::move(level.names[level.next++]);
         if (!path_.empty()) path_ += '/';
         path_ += name.text;
-        const auto walk = visit_({path_, level.folder.get(), name.text.c_str(), name.isFolder});
+        const auto walk =
+            visit_({path_, level.folder.get(), name.text.c_str(), name.isFolder, levels_.size()});
         if (walk == Walk::goesOn && name.isFolder)
             enter(level.folder.get(), name.text.c_str(), folderFlags | O_NOFOLLOW);
         return walk;

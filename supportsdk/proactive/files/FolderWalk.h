@@ -1,12 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 
 namespace supportsdk {
 
-/// What became of a walk.
-enum class Walk { goesOn, ends };
+/// What becomes of a walk; it passes by a folder that it does not enter.
+enum class Walk { goesOn, passesBy, ends };
 
 /// Where a walk stands; valid during the call alone.
 struct FolderEntry {
@@ -17,6 +18,8 @@ struct FolderEntry {
     const char* name;
     /// A folder, and not a symbolic link to one.
     bool isFolder;
+    /// 1 in the folder that is walked itself.
+    std::size_t level;
 };
 
 /// Visits everything below `folder`, each folder before its content, in the order of the bytes of
