@@ -91,7 +91,7 @@ class DumpTest : public testing::Test {
     ~DumpTest() override { umask(umask_); }
 
     const mode_t umask_ = umask(0);
-    TemporaryFolder folder_;
+    TemporaryFolder folder_{test::folderInMemory()};
     std::string archive_ = folder_.path / "dump.tar.gz";
     fs::path out_ = folder_.path / "out";
     std::error_code error_;
