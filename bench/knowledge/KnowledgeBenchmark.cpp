@@ -8,14 +8,15 @@
 #include <vector>
 
 #include "bench/chat/Figures.h"
+#include "bench/knowledge/PlainRule.h"
 #include "supportsdk/core/Fields.h"
 #include "supportsdk/knowledge/KBViewModel.h"
-#include "tests/knowledge/PlainRule.h"
 
 namespace {
 
 using namespace supportsdk;
 using supportsdk::bench::median;
+using supportsdk::bench::PlainRule;
 using supportsdk::bench::processorSeconds;
 using supportsdk::bench::require;
 
@@ -78,7 +79,7 @@ double plainRuleCost(const std::string& text, std::size_t count) {
     const auto array = *parseJson(text);
     return nanosecondsEach(
         count, [] { return 0; },
-        [&](int) { require(!test::PlainRule(array).isEndless, "the plain rule"); });
+        [&](int) { require(!PlainRule(array).isEndless, "the plain rule"); });
 }
 
 void measureBuilding() {

@@ -23,7 +23,11 @@ std::shared_ptr<SupportSDKProactive> SupportSDKProactive::create(
 
 bool SupportSDKProactive::loadConfigurationFile(const std::string& fileName) {
     const auto json = Support::jsonFromFile(*platform_, fileName);
-    if (!json || !json->is_object()) return false;
+    if (!json || !json->is_object()) {
+        platform_->log->write("no configuration: the main bundle has no identifier, or \"" +
+                              fileName + "\" is not there or holds no JSON object");
+        return false;
+    }
     if (sdk) sdk->retire();
     sdk = Support::create(*json, weak_from_this(), platform_);
     return sdk != nullptr;

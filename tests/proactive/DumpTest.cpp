@@ -167,6 +167,15 @@ TEST_F(DumpTest, WhatIsPackedIsNotTooDeepToBeUnpacked) {
     EXPECT_TRUE(fs::exists(out_ / "in" / deep / "folder"));
 }
 
+TEST_F(DumpTest, WhatHasNoLengthBeforeItIsRead) {
+    const auto result = packDump({"/proc/self/cmdline"}, archive_);
+    EXPECT_THAT(result.skipped, ElementsAre());
+    ASSERT_EQ(unpack(archive_).end, End::done);
+    std::ifstream content(out_ / "cmdline");
+    std::string command;
+    EXPECT_TRUE(std::getline(content, command, '\0')) << "an empty file";
+}
+
 TEST_F(DumpTest, SourcesUnderTheirLastNames) {
     add("a/file", "1");
     add("b/a/file", "2");

@@ -145,10 +145,27 @@ class DumpWriter {
             skipped_.add(place.path);
             return true;
         }
+        if (attributes->size == 0) return packUnsized(place, source, *attributes);
         meter_.begin(place.path);
         const bool isPacked = write(makePaxHeader(place.path, *attributes, tarType::file)) &&
                               packData(place, source, attributes->size) &&
                               write(std::span(emptyBlock()).first(paddingOf(attributes->size)));
+        result_.files += isPacked ? 1 : 0;
+        meter_.endFile();
+        return isPacked;
+    }
+
+    /// What the system makes up as it is read, below /proc for one, has no length beforehand. It is
+    /// packed as far as the buffer holds it.
+    bool packUnsized(const Place& place, FileHandle& source, FileAttributes attributes) {
+        std::error_code error;
+        attributes.size = source.read(buffer_, error);
+        if (error || attributes.size == buffer_.size()) skipped_.add(place.path);
+        meter_.begin(place.path);
+        const auto content = std::span(buffer_).first(attributes.size);
+        const bool isPacked = write(makePaxHeader(place.path, attributes, tarType::file)) &&
+                              write(content) &&
+                              write(std::span(emptyBlock()).first(paddingOf(attributes.size)));
         result_.files += isPacked ? 1 : 0;
         meter_.endFile();
         return isPacked;

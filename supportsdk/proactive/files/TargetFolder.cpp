@@ -182,8 +182,8 @@ std::optional<TargetFolder> TargetFolder::create(const std::string& path, std::e
     std::filesystem::create_directories(path, error);
     auto state = std::make_unique<State>();
     state->root = Descriptor(open(path.c_str(), folderFlags));
-    // What the system says of the folder itself tells more than what became of its parents.
-    error = state->root ? std::error_code() : latestError();
+    if (state->root) error.clear();
+    if (!state->root && !error) error = latestError();
     if (!state->root) return std::nullopt;
     return TargetFolder(std::move(state));
 }

@@ -22,5 +22,5 @@ int main() {
         timer = loop->after(std::chrono::seconds{20}, flush);
     };
     timer = loop->after(std::chrono::seconds{2}, flush);
-    loop->poll();  // or loop->run()
+    loop->run();
 }
