@@ -2,8 +2,8 @@
 
 #include <sys/stat.h>
 
-#include <compare>
 #include <cstdint>
+#include <tuple>
 
 namespace supportsdk {
 
@@ -18,7 +18,10 @@ struct FileIdentity {
         struct stat status {};
         return fstat(descriptor, &status) == 0 ? of(status) : FileIdentity{};
     }
-    friend auto operator<=>(const FileIdentity&, const FileIdentity&) = default;
+    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+    friend bool operator<(const FileIdentity& left, const FileIdentity& right) {
+        return std::tie(left.device, left.inode) < std::tie(right.device, right.inode);
+    }
 };
 
 }  // namespace supportsdk
