@@ -132,6 +132,7 @@ TEST_F(DCTarFiles, PacksWhatLinksLeadToAndNothingThatBlocks) {
     ASSERT_EQ(mkfifo(at("in/pipe").c_str(), 0600), 0);
     ASSERT_TRUE(DCTar::tarFileAtPath(at("in"), at("a.tar"), nullptr));
     EXPECT_EQ(fs::file_size(at("a.tar")), 512u * 4 + 1024) << "file, folder, and one without name";
+    EXPECT_EQ(box.read("a.tar").find('\xC3'), std::string::npos);
     const auto other = FileHandle::forWritingAtPath(at("other"));
     EXPECT_FALSE(DCTar::chunkedWriteDataFromPath("pipe", at("in"), false, *other));
     EXPECT_FALSE(DCTar::chunkedWriteDataFromPath(at("in/pipe"), *other));

@@ -145,8 +145,8 @@ TEST(FileAttributesTest, WholeSecondsAndNames) {
 
 std::vector<std::string> pathsBelow(const fs::path& folder) {
     std::vector<std::string> paths;
-    walkFolder(folder, [&](const std::string& path) {
-        paths.push_back(path);
+    walkFolder(folder, [&](const FolderEntry& entry) {
+        paths.push_back(entry.path);
         return Walk::goesOn;
     });
     return paths;
@@ -163,8 +163,8 @@ TEST(FolderWalkTest, OrderLinksAndEnds) {
     EXPECT_TRUE(pathsBelow(folder.path / "a").empty());
 
     std::vector<std::string> seen;
-    const auto stopAtTwo = [&](const std::string& path) {
-        seen.push_back(path);
+    const auto stopAtTwo = [&](const FolderEntry& entry) {
+        seen.push_back(entry.path);
         return seen.size() == 2 ? Walk::ends : Walk::goesOn;
     };
     EXPECT_EQ(walkFolder(folder.path, stopAtTwo), Walk::ends);

@@ -106,7 +106,7 @@ class DumpReader {
             text.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
             return true;
         });
-        if (!isRead || !passBytes(paddingOf(entry.size))) return false;
+        if (!isRead || !passBytes(tarPaddingOf(entry.size))) return false;
         if (entry.type == tarType::gnuName)
             extended_.setName(text);
         else if (!extended_.readRecords(text))
@@ -158,7 +158,7 @@ class DumpReader {
             target_.removeFile(entry.name, error);
             return false;
         }
-        return passBytes(paddingOf(entry.size));
+        return passBytes(tarPaddingOf(entry.size));
     }
 
     std::shared_ptr<FileHandle> makeFile(const std::string& name, std::error_code& error) {
@@ -209,7 +209,7 @@ class DumpReader {
         return true;
     }
     bool passBytes(std::uintmax_t size) { return passBytes(size, nothing); }
-    bool passData(std::uintmax_t size) { return passBytes(size) && passBytes(paddingOf(size)); }
+    bool passData(std::uintmax_t size) { return passBytes(size) && passBytes(tarPaddingOf(size)); }
 
     bool passSparseMap() {
         for (bool continues = true; continues;) {
@@ -220,10 +220,6 @@ class DumpReader {
             input_.consume(block.size());
         }
         return true;
-    }
-
-    static std::uintmax_t paddingOf(std::uintmax_t size) {
-        return (tarBlockBytes - size % tarBlockBytes) % tarBlockBytes;
     }
 
     // --- Ends ---

@@ -146,13 +146,8 @@ class DumpWriter {
             return true;
         }
         if (attributes->size == 0) return packUnsized(place, source, *attributes);
-        meter_.begin(place.path);
-        const bool isPacked = write(makePaxHeader(place.path, *attributes, tarType::file)) &&
-                              packData(place, source, attributes->size) &&
-                              write(std::span(emptyBlock()).first(paddingOf(attributes->size)));
-        result_.files += isPacked ? 1 : 0;
-        meter_.endFile();
-        return isPacked;
+        return packAs(place, *attributes,
+                      [&] { return packData(place, source, attributes->size); });
     }
 
     /// What the system makes up as it is read, below /proc for one, has no length beforehand. It is
@@ -161,11 +156,17 @@ class DumpWriter {
         std::error_code error;
         attributes.size = source.read(buffer_, error);
         if (error || attributes.size == buffer_.size()) skipped_.add(place.path);
+        return packAs(place, attributes,
+                      [&] { return write(std::span(buffer_).first(attributes.size)); });
+    }
+
+    template <typename WriteContent>
+    bool packAs(const Place& place, const FileAttributes& attributes,
+                const WriteContent& writeContent) {
         meter_.begin(place.path);
-        const auto content = std::span(buffer_).first(attributes.size);
         const bool isPacked = write(makePaxHeader(place.path, attributes, tarType::file)) &&
-                              write(content) &&
-                              write(std::span(emptyBlock()).first(paddingOf(attributes.size)));
+                              writeContent() &&
+                              write(std::span(emptyBlock()).first(tarPaddingOf(attributes.size)));
         result_.files += isPacked ? 1 : 0;
         meter_.endFile();
         return isPacked;
@@ -203,10 +204,6 @@ class DumpWriter {
     static const TarBlock& emptyBlock() {
         static constexpr TarBlock block{};
         return block;
-    }
-
-    static std::size_t paddingOf(std::uintmax_t size) {
-        return static_cast<std::size_t>((tarBlockBytes - size % tarBlockBytes) % tarBlockBytes);
     }
 
     // --- Ends ---

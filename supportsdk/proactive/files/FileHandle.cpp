@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "supportsdk/proactive/files/LatestError.h"
 #include "supportsdk/proactive/files/WriteSignals.h"
 
 namespace supportsdk {
@@ -14,10 +15,6 @@ namespace supportsdk {
 namespace {
 
 constexpr mode_t everybody = 0666;
-
-std::error_code latestError() {
-    return {errno, std::generic_category()};
-}
 
 std::shared_ptr<FileHandle> open(const std::string& path, int flags) {
     // A path with a zero byte would name another file.

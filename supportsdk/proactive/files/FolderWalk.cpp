@@ -143,10 +143,4 @@ Walk walkFolder(const std::string& folder, const std::function<Walk(const Folder
     return Walker(visit, unreadable).run(folder);
 }
 
-Walk walkFolder(const std::string& folder, const std::function<Walk(const std::string&)>& visit,
-                const std::function<void(const std::string&)>& unreadable) {
-    return walkFolder(
-        folder, [&](const FolderEntry& entry) { return visit(entry.path); }, unreadable);
-}
-
 }  // namespace supportsdk

@@ -29,8 +29,5 @@ struct FolderEntry {
 /// open, not for the tree, and few descriptors; any depth. Returns whether it came to its end.
 Walk walkFolder(const std::string& folder, const std::function<Walk(const FolderEntry&)>& visit,
                 const std::function<void(const std::string&)>& unreadable = nullptr);
-/// The same for who wants the paths alone.
-Walk walkFolder(const std::string& folder, const std::function<Walk(const std::string&)>& visit,
-                const std::function<void(const std::string&)>& unreadable = nullptr);
 
 }  // namespace supportsdk

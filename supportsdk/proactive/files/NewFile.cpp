@@ -10,6 +10,8 @@
 #include <cerrno>
 #include <string_view>
 
+#include "supportsdk/proactive/files/LatestError.h"
+
 namespace supportsdk {
 
 namespace {
@@ -17,10 +19,6 @@ namespace {
 constexpr mode_t everybody = 0666;
 /// Each turn that fails means that somebody else was quicker.
 constexpr int attempts = 8;
-
-std::error_code latestError() {
-    return {errno, std::generic_category()};
-}
 
 /// Of a name behind which nothing fits the beginning goes, up to the next letter of UTF-8.
 std::string partNameOf(const std::string& name) {

@@ -12,6 +12,7 @@
 
 #include "supportsdk/proactive/files/Descriptor.h"
 #include "supportsdk/proactive/files/FileIdentity.h"
+#include "supportsdk/proactive/files/LatestError.h"
 
 namespace supportsdk {
 
@@ -26,10 +27,6 @@ constexpr std::size_t openLevels = 16;
 constexpr std::size_t openEvery = 32;
 /// Beyond this, for an archive of folders without end, those that were made are forgotten.
 constexpr std::size_t maximumMade = 65'536;
-
-std::error_code latestError() {
-    return {errno, std::generic_category()};
-}
 
 /// The name without what means nothing in it; nothing, with `error`, when it is refused.
 std::optional<std::string> cleaned(std::string_view name, std::error_code& error) {

@@ -17,6 +17,11 @@ namespace supportsdk {
 inline constexpr std::size_t tarBlockBytes = 512;
 using TarBlock = std::array<std::byte, tarBlockBytes>;
 
+/// What follows the data of an entry up to the next block.
+constexpr std::size_t tarPaddingOf(std::uintmax_t size) {
+    return static_cast<std::size_t>((tarBlockBytes - size % tarBlockBytes) % tarBlockBytes);
+}
+
 /// Where a field lies in a header.
 struct TarField {
     std::size_t offset;
